@@ -1,0 +1,2 @@
+include(${CMAKE_CURRENT_LIST_DIR}/KoraTargets.cmake)
+include(${CMAKE_CURRENT_LIST_DIR}/KoraModule.cmake)

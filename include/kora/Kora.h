@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// @file
+/// The export macro and the types that every family shares.
+
+// KORA_API marks what the shared library promises. KORA_STATIC links the library's objects directly;
+// KORA_BUILDING is set while the library itself is compiled.
+#if defined(KORA_STATIC)
+#define KORA_API
+#elif defined(_WIN32)
+#if defined(KORA_BUILDING)
+#define KORA_API __declspec(dllexport)
+#else
+#define KORA_API __declspec(dllimport)
+#endif
+#else
+#define KORA_API __attribute__((visibility("default")))
+#endif
+
+/// Marks what a module exports to the library, whatever the module links against.
+#if defined(_WIN32)
+#define KORA_MODULE_EXPORT __declspec(dllexport)
+#else
+#define KORA_MODULE_EXPORT __attribute__((visibility("default")))
+#endif
+
+#define KORA_VERSION_MAJOR 0
+#define KORA_VERSION_MINOR 1
+#define KORA_VERSION_PATCH 0
+
+/// The counted string class and the array of counted strings.
+typedef std::string CString;
+typedef std::vector<CString> CStringArray;
