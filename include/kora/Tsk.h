@@ -7,6 +7,13 @@ class FilePath;
 
 enum eTskKoraModule : int { TskKoraModuleOk = 0, TskKoraModuleFailed = 1 };
 
+/// One string of a module's string table. Where modules have no resources of their own the table is exported under the
+/// name TskKoraStrings and ended by an entry without text.
+struct TskString {
+    int id;
+    const char* text;
+};
+
 class KORA_API TskKoraModule : public DoubleListElement {
 public:
     TskKoraModule(eTskKoraModule& status, const char* name, bool awaken, bool second);
