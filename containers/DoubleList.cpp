@@ -1,0 +1,226 @@
+#include <kora/DoubleList.h>
+
+#include <typeinfo>
+
+#include "core/TraceCodes.h"
+#include "core/TraceRing.h"
+
+namespace {
+
+constexpr std::uint32_t step(std::uint32_t location) { return kora::trace::code(kora::trace::kDoubleList, location); }
+
+constexpr std::uint32_t kDestroyAllEnter = step(0x010);
+constexpr std::uint32_t kDeleteBefore = step(0x011);
+constexpr std::uint32_t kDeleteAfter = step(0x012);
+constexpr std::uint32_t kDestroyAllLeave = step(0x01F);
+constexpr std::uint32_t kDestructorEnter = step(0x300);
+constexpr std::uint32_t kDestructorLeave = step(0x30F);
+
+// What First() answers, for operations that do not go through its slot.
+DoubleListElement* firstOf(const DoubleList& list) { return list.last != nullptr ? list.last->next : nullptr; }
+
+DoubleListElement* stepForward(const DoubleList& list, DoubleListElement* cursor) {
+    if (cursor == nullptr) return firstOf(list);
+    return cursor == list.last ? nullptr : cursor->next;
+}
+
+DoubleListElement* stepBackward(const DoubleList& list, DoubleListElement* cursor) {
+    if (cursor == nullptr) return list.last;
+    return cursor == list.last->next ? nullptr : cursor->prev;
+}
+
+void linkBetween(DoubleListElement* before, DoubleListElement* e, DoubleListElement* behind) {
+    e->next = behind;
+    e->prev = before;
+    before->next = e;
+    behind->prev = e;
+}
+
+// No slot of an object of exactly this class is overridden.
+bool isPlain(const DoubleList& list) { return typeid(list) == typeid(DoubleList); }
+
+// Appends the whole ring of `other` to that of `list`.
+void splice(DoubleList& list, DoubleList& other) {
+    if (other.last == nullptr) return;
+    if (list.last != nullptr) {
+        DoubleListElement* first = list.last->next;
+        DoubleListElement* otherFirst = other.last->next;
+        list.last->next = otherFirst;
+        otherFirst->prev = list.last;
+        other.last->next = first;
+        first->prev = other.last;
+    }
+    list.last = other.last;
+    list.count += other.count;
+    other.last = nullptr;
+    other.count = 0;
+}
+
+}  // namespace
+
+DoubleListElement::DoubleListElement() : next(nullptr), prev(nullptr) {}
+
+DoubleListElement::~DoubleListElement() = default;
+
+DoubleList::DoubleList() : last(nullptr), current(nullptr), count(0) {}
+
+DoubleList::DoubleList(DoubleListElement* e) : last(e), current(nullptr), count(1) { e->next = e->prev = e; }
+
+DoubleList::~DoubleList() {
+    kora::traceCode(kDestructorEnter);
+    DoubleList::DestroyAll();
+    kora::traceCode(kDestructorLeave);
+}
+
+long DoubleList::NumberOfElements() { return count; }
+
+void DoubleList::Reset() { current = nullptr; }
+
+DoubleListElement* DoubleList::GoTo(DoubleListElement* e) { return current = e; }
+
+DoubleListElement* DoubleList::GoToIndex(short n) {
+    Reset();
+    while (Next() != nullptr && n > 0) --n;
+    return current;
+}
+
+DoubleListElement* DoubleList::Current() { return current; }
+
+DoubleListElement* DoubleList::First() { return firstOf(*this); }
+
+DoubleListElement* DoubleList::Last() { return last; }
+
+DoubleListElement* DoubleList::Next(DoubleListElement*& cursor) {
+    if (last == nullptr) return nullptr;
+    return cursor = stepForward(*this, cursor);
+}
+
+DoubleListElement* DoubleList::Next() {
+    if (last == nullptr) return nullptr;
+    return current = stepForward(*this, current);
+}
+
+DoubleListElement* DoubleList::Prev() {
+    if (last == nullptr) return nullptr;
+    return current = stepBackward(*this, current);
+}
+
+DoubleListElement* DoubleList::PeekNext() {
+    DoubleListElement* e = Next();
+    Prev();
+    return e;
+}
+
+DoubleListElement* DoubleList::PeekPrev() {
+    DoubleListElement* e = Prev();
+    Next();
+    return e;
+}
+
+bool DoubleList::IsFirst(DoubleListElement* e) { return e == firstOf(*this); }
+
+bool DoubleList::IsLast(DoubleListElement* e) { return e == last; }
+
+bool DoubleList::AtFirst() { return current == firstOf(*this); }
+
+bool DoubleList::AtLast() { return current == last; }
+
+DoubleListElement* DoubleList::DetachNext() {
+    if (last == nullptr) return nullptr;
+    DoubleListElement* e = stepForward(*this, current);
+    if (e == nullptr)
+        current = nullptr;
+    else
+        Detach(e);
+    return e;
+}
+
+DoubleListElement* DoubleList::DetachPrev() {
+    if (last == nullptr) return nullptr;
+    DoubleListElement* e = stepBackward(*this, current);
+    if (e == nullptr)
+        current = nullptr;
+    else
+        Detach(e);
+    return e;
+}
+
+// True means the list was empty; a detached element answers false.
+bool DoubleList::Detach(DoubleListElement* e) {
+    if (last == nullptr) return true;
+    if (current == e) current = nullptr;
+    if (last == e) last = e->prev == e ? nullptr : e->prev;
+    // An element without links counts as detached all the same.
+    if (e->prev != nullptr) e->prev->next = e->next;
+    if (e->next != nullptr) e->next->prev = e->prev;
+    e->next = e->prev = nullptr;
+    --count;
+    return false;
+}
+
+// The cursor is what elements that detach themselves or others while they are deleted act upon: whoever detaches the
+// next one ends the loop.
+void DoubleList::DestroyAll() {
+    if (last == nullptr) return;
+    kora::traceCode(kDestroyAllEnter);
+    current = last->next;
+    while (current != last) {
+        DoubleListElement* e = current;
+        if (e == nullptr) break;
+        current = e->next;
+        kora::traceCode(kDeleteBefore);
+        delete e;
+        kora::traceCode(kDeleteAfter);
+    }
+    delete last;
+    last = current = nullptr;
+    count = 0;
+    kora::traceCode(kDestroyAllLeave);
+}
+
+void DoubleList::AttachAtHead(DoubleListElement* e) {
+    if (last == nullptr)
+        last = e->next = e->prev = e;
+    else
+        linkBetween(last, e, last->next);
+    ++count;
+}
+
+void DoubleList::AttachAtTail(DoubleListElement* e) {
+    AttachAtHead(e);
+    // In a ring the first place is also the one behind the last.
+    if (last != nullptr) last = last->next;
+}
+
+void DoubleList::AttachBeforeCurrent(DoubleListElement* e) {
+    if (current == nullptr) {
+        AttachAtHead(e);
+        return;
+    }
+    linkBetween(current->prev, e, current);
+    ++count;
+}
+
+void DoubleList::AttachAfterCurrent(DoubleListElement* e) {
+    if (current == nullptr || current == last) {
+        AttachAtTail(e);
+        return;
+    }
+    linkBetween(current, e, current->next);
+    ++count;
+}
+
+void DoubleList::AttachListAtTail(DoubleList& other) {
+    if (&other == this) return;
+    if (isPlain(*this) && isPlain(other)) {
+        splice(*this, other);
+        current = other.current = nullptr;
+        return;
+    }
+    other.Reset();
+    while (DoubleListElement* e = other.Next()) {
+        other.Detach(e);
+        AttachAtTail(e);
+    }
+    Reset();
+}
