@@ -5,6 +5,10 @@
 
 class FilePath;
 
+namespace kora {
+struct ModuleAccess;
+}
+
 enum eTskKoraModule : int { TskKoraModuleOk = 0, TskKoraModuleFailed = 1 };
 
 /// One string of a module's string table. Where modules have no resources of their own the table is exported under the
@@ -45,6 +49,16 @@ public:
     virtual void TskWakeUp();
     virtual bool TskVisible();
     virtual void TskHide();
+
+private:
+    friend struct kora::ModuleAccess;
+
+    char* name_ = nullptr;
+    char* fileName_ = nullptr;
+    unsigned long handle_ = 0;
+    std::uint32_t serial_ = 0;
+    bool initSuccessful_ = false;
+    bool awaken_ = false;
 };
 
 struct tagMSG;
