@@ -1,0 +1,181 @@
+#include <kora/Win.h>
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+namespace {
+
+constexpr int value(std::uint32_t bits) { return static_cast<int>(bits); }
+
+constexpr int kForeground = value(0xAA000000), kBackground = value(0xAA000001), kNone = value(0xAA000002);
+constexpr int kFlag = 0x01000000;
+
+struct PaletteRow {
+    int index;
+    const char* name;
+    unsigned red, green, blue;
+    unsigned long rgb() const { return red + 256ul * green + 65536ul * blue; }
+};
+
+constexpr PaletteRow palette[] = {
+    {1, "red", 255, 0, 0},         {2, "green", 0, 240, 0},        {3, "blue", 0, 0, 255},
+    {4, "cyan", 0, 255, 255},      {5, "magenta", 255, 0, 255},    {6, "yellow", 255, 255, 0},
+    {7, "black", 0, 0, 0},         {8, "dkgray", 110, 110, 110},   {9, "gray", 150, 150, 150},
+    {10, "ltgray", 200, 200, 200}, {11, "white", 255, 255, 255},   {12, "vltgray", 230, 230, 230},
+    {13, "ltblue", 150, 150, 255}, {14, "ltgreen", 150, 255, 150}, {15, "ltred", 255, 155, 155},
+    {16, "dkblue", 0, 0, 120},     {17, "dkgreen", 0, 120, 0},     {18, "dkred", 120, 0, 0},
+    {19, "violet", 150, 0, 150},   {20, "orange", 255, 150, 0},    {21, "xltgray", 242, 242, 242},
+};
+
+TEST(Colours, PaletteNamesIndexesAndValuesBelongTogether) {
+    for (const PaletteRow& row : palette) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(WinGetColourByName(row.name), row.index);
+        EXPECT_EQ(WinMapColour(row.index), row.rgb());
+        EXPECT_EQ(WinMapColour(row.index | kFlag), row.rgb());
+        EXPECT_TRUE(WinIsValidColour(row.index));
+        EXPECT_EQ(WinGetClosestQzColor(row.rgb()), row.index);
+    }
+}
+
+TEST(Colours, ValuesMapAndAreCheckedByTheirForm) {
+    struct Row {
+        std::uint32_t colour;
+        bool valid;
+        unsigned long rgb;
+    };
+    constexpr Row rows[] = {
+        // direct, with and without the callers' bit
+        {0x80000000, true, 0},
+        {0x80123456, true, 0x123456},
+        {0x81FFFFFF, true, 0xFFFFFF},
+        // next to direct
+        {0x82000000, false, 0},
+        {0x7FFFFFFF, false, 0},
+        {0x84123456, false, 0},
+        // the palette's ends
+        {0, false, 0},
+        {0x01000000, false, 0},
+        {22, false, 0},
+        {0x01000005, true, 0xFF00FF},
+        {0x01000016, false, 0},
+        // symbols
+        {0xAA000000, true, 0},
+        {0xAA000001, true, 0xFFFFFF},
+        {0xAA000002, true, 0xFFFFFF},
+        {0xAB000000, true, 0},
+        {0xAB000001, true, 0xFFFFFF},
+        {0xAB000002, true, 0xFFFFFF},
+        {0xAA000003, false, 0},
+        {0xA9FFFFFF, false, 0},
+        // anything else
+        {0xFFFFFFFF, false, 0},
+        {0x02000001, false, 0},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(testing::Message() << std::hex << row.colour);
+        EXPECT_EQ(WinIsValidColour(value(row.colour)), row.valid);
+        EXPECT_EQ(WinMapColour(value(row.colour)), row.rgb);
+    }
+}
+
+TEST(Colours, NamesAreReadWithoutCaseAndNumbersAsDigits) {
+    struct Row {
+        const char* text;
+        std::uint32_t colour;
+    };
+    constexpr Row rows[] = {
+        {"PINK", 15},
+        {"DkGray", 8},
+        {"foreground", 0xAA000000},
+        {"Background", 0xAA000001},
+        {"NONE", 0xAA000002},
+        {"netset", 0},
+        // no names
+        {"Dark", 0},
+        {"", 0},
+        {"red ", 0},
+        {" red", 0},
+        {"re", 0},
+        {"reds", 0},
+        // direct colours
+        {"0x0000ff", 0x800000FF},
+        {"0xFFFFFF", 0x80FFFFFF},
+        {"0x0", 0x80000000},
+        {"0x12zz", 0x80000012},
+        // too wide, however wide
+        {"0x1000000", 0},
+        {"0xffffffff", 0},
+        {"0x100000000", 0},
+        {"0x1000000000000000000", 0},
+        {"0x-1", 0},
+        // no number
+        {"0x", 0},
+        {"0xg", 0},
+        {"x12", 0},
+        {" 0x12", 0},
+        {"0X12", 0},
+        {"12", 0},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.text);
+        EXPECT_EQ(WinGetColourByName(row.text), value(row.colour));
+    }
+    EXPECT_EQ(WinGetColourByName(nullptr), 0);
+}
+
+TEST(Colours, ClosestIsTheFirstOfTheNearest) {
+    EXPECT_EQ(WinGetClosestQzColor(0x00FF00), 2);
+    EXPECT_EQ(WinGetClosestQzColor(0xFF000000ul), 7);  // what stands above the RGB value is not looked at
+
+    constexpr unsigned seed = 74;
+    std::mt19937 random(seed);
+    for (int round = 0; round < 20000; ++round) {
+        const unsigned long rgb = random() & 0xFFFFFF;
+        long bestDistance = 1000;
+        int best = 0;
+        for (const PaletteRow& row : palette) {
+            const long distance = std::labs(static_cast<long>(row.red) - static_cast<long>(rgb & 0xFF)) +
+                                  std::labs(static_cast<long>(row.green) - static_cast<long>(rgb >> 8 & 0xFF)) +
+                                  std::labs(static_cast<long>(row.blue) - static_cast<long>(rgb >> 16));
+            if (distance < bestDistance) {
+                bestDistance = distance;
+                best = row.index;
+            }
+        }
+        ASSERT_EQ(WinGetClosestQzColor(rgb), best) << std::hex << rgb;
+    }
+}
+
+TEST(WindowColours, SymbolsFollowTheWindowsSettings) {
+    WinWindow window;
+    EXPECT_EQ(window.WinMapColour(kForeground, false), 0u);
+    EXPECT_EQ(window.WinMapColour(kBackground, false), 0xFFFFFFu);
+
+    window.WinForeColourSet(3);
+    window.WinBackColourSet(value(0x80112233));
+    EXPECT_EQ(window.WinMapColour(kForeground, false), 0xFF0000u);
+    EXPECT_EQ(window.WinMapColour(kForeground | kFlag, false), 0xFF0000u);
+    EXPECT_EQ(window.WinMapColour(kBackground, false), 0x112233u);
+    EXPECT_EQ(window.WinMapColour(kBackground | kFlag, false), 0x112233u);
+    EXPECT_EQ(window.WinMapColour(kNone, false), 0xFFFFFFu);
+    EXPECT_EQ(window.WinMapColour(1, false), 255u);
+
+    // A setting that is a symbol itself is not replaced again: background is white then, whatever the window's is.
+    window.WinForeColourSet(kBackground);
+    EXPECT_EQ(window.WinMapColour(kForeground, false), 0xFFFFFFu);
+}
+
+TEST(WindowColours, OneBitOutputKeepsWhiteAlone) {
+    WinWindow window;
+    EXPECT_EQ(window.WinMapColour(1, true), 0u);
+    EXPECT_EQ(window.WinMapColour(21, true), 0u);
+    EXPECT_EQ(window.WinMapColour(11, true), 0xFFFFFFu);
+    EXPECT_EQ(window.WinMapColour(kBackground, true), 0xFFFFFFu);
+    window.WinBackColourSet(8);
+    EXPECT_EQ(window.WinMapColour(kBackground, true), 0u);
+}
+
+}  // namespace
