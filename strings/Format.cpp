@@ -1,0 +1,376 @@
+#include "strings/Format.h"
+
+#include <charconv>
+#include <climits>
+#include <cstring>
+#include <cwchar>
+
+#include "strings/FormatField.h"
+#include "strings/FormatFloat.h"
+
+namespace kora {
+namespace {
+
+/// Reads decimal digits; false when the number is more than an int.
+bool readInt(const char*& at, int& value) {
+    std::int64_t sum = 0;
+    for (; *at >= '0' && *at <= '9'; ++at) {
+        sum = sum * 10 + (*at - '0');
+        if (sum > INT_MAX) return false;
+    }
+    value = static_cast<int>(sum);
+    return true;
+}
+
+void readFlags(const char*& at, FormatSpec& spec) {
+    for (;; ++at) {
+        switch (*at) {
+            case '-':
+                spec.left = true;
+                break;
+            case '+':
+                spec.plus = true;
+                break;
+            case ' ':
+                spec.space = true;
+                break;
+            case '#':
+                spec.alternate = true;
+                break;
+            case '0':
+                spec.zero = true;
+                break;
+            case '\'':
+                spec.group = true;
+                break;
+            default:
+                return;
+        }
+    }
+}
+
+FormatLength readLength(const char*& at) {
+    switch (*at) {
+        case 'h':
+            return *++at == 'h' ? ++at, FormatLength::hh : FormatLength::h;
+        case 'l':
+            return *++at == 'l' ? ++at, FormatLength::ll : FormatLength::l;
+        case 'q':
+            return ++at, FormatLength::ll;
+        case 'j':
+            return ++at, FormatLength::j;
+        case 'Z':
+        case 'z':
+            return ++at, FormatLength::z;
+        case 't':
+            return ++at, FormatLength::t;
+        case 'L':
+            return ++at, FormatLength::L;
+        default:
+            return FormatLength::none;
+    }
+}
+
+class Formatter {
+public:
+    Formatter(FormatSink& sink, va_list args) : sink_(sink) { va_copy(args_, args); }
+    ~Formatter() { va_end(args_); }
+    Formatter(const Formatter&) = delete;
+    Formatter& operator=(const Formatter&) = delete;
+
+    bool run(const char* format) {
+        const char* const end = format + std::strlen(format);
+        for (;;) {
+            const auto rest = static_cast<std::size_t>(end - format);
+            const auto* mark = static_cast<const char*>(std::memchr(format, '%', rest));
+            if (!plain(format, static_cast<std::size_t>((mark ? mark : end) - format))) return false;
+            if (!mark) return true;
+            format = mark + 1;
+            if (!conversion(format)) return false;
+        }
+    }
+
+private:
+    bool plain(const char* text, std::size_t length) {
+        if (length > INT_MAX || !sink_.claim(static_cast<std::int64_t>(length))) return false;
+        sink_.write(text, length);
+        return true;
+    }
+
+    /// Reads what follows a percent sign and prints it.
+    bool conversion(const char*& at) {
+        FormatSpec spec;
+        readFlags(at, spec);
+        if (*at == '*') {
+            ++at;
+            spec.width = va_arg(args_, int);
+            if (spec.width < 0) {
+                if (spec.width == INT_MIN) return false;
+                spec.left = true;
+                spec.width = -spec.width;
+            }
+        } else if (!readInt(at, spec.width)) {
+            return false;
+        }
+        if (*at == '.') {
+            ++at;
+            if (*at == '*') {
+                ++at;
+                spec.precision = va_arg(args_, int);
+                if (spec.precision < 0) spec.precision = -1;
+            } else if (!readInt(at, spec.precision)) {
+                return false;
+            }
+        }
+        spec.length = readLength(at);
+        spec.conversion = *at;
+        if (*at == '\0') return false;
+        ++at;
+        return print(spec);
+    }
+
+    bool print(const FormatSpec& spec) {
+        switch (spec.conversion) {
+            case 'd':
+            case 'i': {
+                const std::int64_t value = signedArgument(spec.length);
+                const auto bits = static_cast<std::uint64_t>(value);
+                FormatField field;
+                field.sign(spec, value < 0);
+                return integer(spec, field, value < 0 ? 0 - bits : bits);
+            }
+            case 'u':
+            case 'o':
+            case 'x':
+            case 'X':
+            case 'b':
+            case 'B': {
+                FormatField field;
+                return integer(spec, field, unsignedArgument(spec.length));
+            }
+            case 'c':
+                return spec.length == FormatLength::l ? wideCharacter(spec) : character(spec);
+            case 'C':
+                return wideCharacter(spec);
+            case 's':
+                return spec.length == FormatLength::l ? wideText(spec) : text(spec, va_arg(args_, const char*));
+            case 'S':
+                return wideText(spec);
+            case 'p':
+                return pointer(spec);
+            case 'n':
+                return va_arg(args_, void*), true;  // a format never writes into its arguments
+            case 'f':
+            case 'F':
+            case 'e':
+            case 'E':
+            case 'g':
+            case 'G':
+            case 'a':
+            case 'A':
+                // ll is as good as L here, and as l before characters.
+                return spec.length == FormatLength::L || spec.length == FormatLength::ll
+                           ? formatFloat(sink_, spec, BinaryFloat(va_arg(args_, long double)))
+                           : formatFloat(sink_, spec, BinaryFloat(va_arg(args_, double)));
+            case '%':
+                return plain("%", 1);
+            default:
+                return unknown(spec);
+        }
+    }
+
+    static bool isLong(const FormatSpec& spec) {
+        return spec.length == FormatLength::l || spec.length == FormatLength::ll;
+    }
+
+    std::int64_t signedArgument(FormatLength length) {
+        switch (length) {
+            case FormatLength::hh:
+                return static_cast<signed char>(va_arg(args_, int));
+            case FormatLength::h:
+                return static_cast<short>(va_arg(args_, int));
+            case FormatLength::l:
+                return va_arg(args_, long);
+            case FormatLength::L:
+            case FormatLength::ll:
+                return va_arg(args_, long long);
+            case FormatLength::j:
+                return va_arg(args_, std::intmax_t);
+            case FormatLength::z:
+            case FormatLength::t:
+                return va_arg(args_, std::ptrdiff_t);
+            default:
+                return va_arg(args_, int);
+        }
+    }
+
+    std::uint64_t unsignedArgument(FormatLength length) {
+        switch (length) {
+            case FormatLength::hh:
+                return static_cast<unsigned char>(va_arg(args_, unsigned));
+            case FormatLength::h:
+                return static_cast<unsigned short>(va_arg(args_, unsigned));
+            case FormatLength::l:
+                return va_arg(args_, unsigned long);
+            case FormatLength::L:
+            case FormatLength::ll:
+                return va_arg(args_, unsigned long long);
+            case FormatLength::j:
+                return va_arg(args_, std::uintmax_t);
+            case FormatLength::z:
+            case FormatLength::t:
+                return va_arg(args_, std::size_t);
+            default:
+                return va_arg(args_, unsigned);
+        }
+    }
+
+    /// Prints @p value behind the sign that @p field holds.
+    bool integer(const FormatSpec& spec, FormatField& field, std::uint64_t value) {
+        char digits[64];
+        char* const end = digits + sizeof digits;
+        char* first = end;
+        const auto putBits = [&](unsigned bits, const char* digit) {
+            std::uint64_t rest = value;
+            do *--first = digit[rest & ((1U << bits) - 1)];
+            while ((rest >>= bits) != 0);
+        };
+        char radix = '\0';
+        switch (spec.conversion) {
+            case 'b':
+            case 'B':
+                putBits(1, "01"), radix = spec.conversion;
+                break;
+            case 'o':
+                putBits(3, "01234567");
+                break;
+            case 'p':
+            case 'x':
+                putBits(4, "0123456789abcdef"), radix = 'x';
+                break;
+            case 'X':
+                putBits(4, "0123456789ABCDEF"), radix = 'X';
+                break;
+            default: {
+                const char* const past = std::to_chars(digits, end, value).ptr;
+                first -= past - digits;
+                std::memmove(first, digits, static_cast<std::size_t>(past - digits));
+            }
+        }
+        const int count = value == 0 && spec.precision == 0 ? 0 : static_cast<int>(end - first);
+        std::int64_t zeros = spec.precision > count ? spec.precision - count : 0;
+        if (spec.alternate && spec.conversion == 'o' && zeros == 0 && (count == 0 || value != 0)) zeros = 1;
+        if ((spec.alternate || spec.conversion == 'p') && radix != '\0' && value != 0) {
+            field.prefix('0');
+            field.prefix(radix);
+        }
+        field.zeros(zeros);
+        field.text(first, count);
+        return field.emit(sink_, spec, spec.precision < 0);
+    }
+
+    bool pointer(const FormatSpec& spec) {
+        const auto value = reinterpret_cast<std::uintptr_t>(va_arg(args_, void*));
+        FormatField field;
+        if (value == 0) {
+            field.text("(nil)", 5);
+            return field.emit(sink_, spec, false);
+        }
+        field.sign(spec, false);
+        return integer(spec, field, value);
+    }
+
+    bool character(const FormatSpec& spec) {
+        const auto c = static_cast<char>(va_arg(args_, int));
+        FormatField field;
+        field.text(&c, 1);
+        return field.emit(sink_, spec, false);
+    }
+
+    bool text(const FormatSpec& spec, const char* text) {
+        std::size_t length;
+        if (!text) {
+            // All of it or nothing.
+            text = "(null)";
+            length = spec.precision < 0 || spec.precision >= 6 ? 6 : 0;
+        } else if (spec.precision < 0) {
+            length = std::strlen(text);
+        } else {
+            const auto limit = static_cast<std::size_t>(spec.precision);
+            const void* end = std::memchr(text, '\0', limit);
+            length = end ? static_cast<std::size_t>(static_cast<const char*>(end) - text) : limit;
+        }
+        if (spec.width == 0) return plain(text, length);
+        if (length > INT_MAX) return false;
+        FormatField field;
+        field.text(text, static_cast<std::int64_t>(length));
+        return field.emit(sink_, spec, false);
+    }
+
+    // Wide characters are those of the language's own locale: one byte each, none beyond 0x7F.
+    bool wideCharacter(const FormatSpec& spec) {
+        const auto wide = static_cast<unsigned>(va_arg(args_, int));
+        if (wide > 0x7F) return false;
+        const auto c = static_cast<char>(wide);
+        FormatField field;
+        field.text(&c, 1);
+        return field.emit(sink_, spec, false);
+    }
+
+    bool wideText(const FormatSpec& spec) {
+        const auto* wide = va_arg(args_, const wchar_t*);
+        if (!wide) return text(spec, nullptr);
+        std::size_t length = 0;
+        const std::size_t limit = spec.precision < 0 ? INT_MAX : static_cast<std::size_t>(spec.precision);
+        for (; length < limit && wide[length] != 0; ++length)
+            if (static_cast<std::uint32_t>(wide[length]) > 0x7F) return false;
+        const std::size_t padding =
+            static_cast<std::size_t>(spec.width) > length ? static_cast<std::size_t>(spec.width) - length : 0;
+        if (!sink_.claim(static_cast<std::int64_t>(length + padding))) return false;
+        if (!spec.left) sink_.fill(' ', padding);
+        for (std::size_t i = 0; i < length; ++i) {
+            const auto c = static_cast<char>(wide[i]);
+            sink_.write(&c, 1);
+        }
+        if (spec.left) sink_.fill(' ', padding);
+        return true;
+    }
+
+    /// A conversion that there is not comes out as it was understood: flags in a fixed order, numbers read, the length
+    /// left out.
+    bool unknown(const FormatSpec& spec) {
+        char shown[32];
+        char* at = shown;
+        *at++ = '%';
+        if (spec.alternate) *at++ = '#';
+        if (spec.group) *at++ = '\'';
+        if (spec.plus) {
+            *at++ = '+';
+        } else if (spec.space) {
+            *at++ = ' ';
+        }
+        if (spec.left) {
+            *at++ = '-';
+        } else if (spec.zero) {
+            *at++ = '0';
+        }
+        if (spec.width != 0) at = std::to_chars(at, shown + sizeof shown, spec.width).ptr;
+        if (spec.precision != -1) {
+            *at++ = '.';
+            at = std::to_chars(at, shown + sizeof shown, spec.precision).ptr;
+        }
+        *at++ = spec.conversion;
+        return plain(shown, static_cast<std::size_t>(at - shown));
+    }
+
+    FormatSink& sink_;
+    va_list args_;
+};
+
+}  // namespace
+
+int formatInto(FormatSink& sink, const char* format, va_list args) {
+    return Formatter(sink, args).run(format) ? sink.count() : -1;
+}
+
+}  // namespace kora

@@ -1,0 +1,176 @@
+#include "strings/FormatFloat.h"
+
+#include <algorithm>
+#include <bit>
+#include <cfloat>
+#include <cstring>
+
+#include "strings/FormatDecimal.h"
+
+namespace kora {
+
+static_assert(DBL_MANT_DIG == 53 && DBL_MAX_EXP == 1024, "double has 64 bits");
+static_assert(LDBL_MANT_DIG == 64 && LDBL_MAX_EXP == 16384, "long double has 80 bits");
+
+BinaryFloat::BinaryFloat(double value) : fractionBits(52) {
+    const auto bits = std::bit_cast<std::uint64_t>(value);
+    const auto biased = static_cast<int>(bits >> 52 & 0x7FF);
+    const std::uint64_t fraction = bits & 0xFFFFFFFFFFFFF;
+    negative = bits >> 63 != 0;
+    kind = biased != 0x7FF ? finite : fraction == 0 ? infinite : notANumber;
+    mantissa = biased == 0 ? fraction : fraction | std::uint64_t{1} << 52;
+    exponent = std::max(biased, 1) - 1023 - 52;
+}
+
+BinaryFloat::BinaryFloat(long double value) : fractionBits(60) {
+    std::uint16_t top;
+    std::memcpy(&mantissa, &value, sizeof mantissa);
+    std::memcpy(&top, reinterpret_cast<const char*>(&value) + sizeof mantissa, sizeof top);
+    const int biased = top & 0x7FFF;
+    negative = top >> 15 != 0;
+    kind = biased != 0x7FFF ? finite : mantissa << 1 == 0 ? infinite : notANumber;
+    exponent = std::max(biased, 1) - 16383 - 63;
+}
+
+namespace {
+
+constexpr int kSmallRoom = 128;
+
+bool isUpper(const FormatSpec& spec) { return spec.conversion < 'a'; }
+char lower(const FormatSpec& spec) { return isUpper(spec) ? static_cast<char>(spec.conversion + 32) : spec.conversion; }
+
+/// Puts sign and at least @p width digits behind the letter; answers the length.
+int putExponent(char* at, char letter, int exponent, int width) {
+    char digits[8];
+    int count = 0;
+    for (auto rest = static_cast<unsigned>(exponent < 0 ? -exponent : exponent); rest != 0 || count < width; rest /= 10)
+        digits[count++] = static_cast<char>('0' + rest % 10);
+    at[0] = letter;
+    at[1] = exponent < 0 ? '-' : '+';
+    std::reverse_copy(digits, digits + count, at + 2);
+    return count + 2;
+}
+
+bool emitFixed(FormatSink& sink, const FormatSpec& spec, FormatField& field, Decimal decimal, int places) {
+    const int whole = std::clamp(decimal.point, 0, decimal.count);
+    if (decimal.point <= 0) field.text("0", 1);
+    field.text(decimal.digits, whole);
+    field.zeros(decimal.point - whole);
+    if (places > 0 || spec.alternate) field.text(".", 1);
+    const int leading = std::min(places, std::max(0, -decimal.point));
+    const int digits = std::min(places - leading, decimal.count - whole);
+    field.zeros(leading);
+    field.text(decimal.digits + whole, digits);
+    field.zeros(std::int64_t{places} - leading - digits);
+    return field.emit(sink, spec, true);
+}
+
+bool emitScientific(FormatSink& sink, const FormatSpec& spec, FormatField& field, Decimal decimal, int places) {
+    char exponent[8];
+    const bool zero = decimal.count == 0;
+    field.text(zero ? "0" : decimal.digits, 1);
+    if (places > 0 || spec.alternate) field.text(".", 1);
+    const int digits = zero ? 0 : std::min(places, decimal.count - 1);
+    field.text(decimal.digits + 1, digits);
+    field.zeros(places - digits);
+    field.text(exponent, putExponent(exponent, isUpper(spec) ? 'E' : 'e', zero ? 0 : decimal.point - 1, 2));
+    return field.emit(sink, spec, true);
+}
+
+/// The shorter of the two: fixed for exponents from -4 up to the precision, without zeros at the end.
+bool emitGeneral(FormatSink& sink, const FormatSpec& spec, FormatField& field, Decimal decimal, int precision) {
+    const int exponent = decimal.count == 0 ? 0 : decimal.point - 1;
+    if (!spec.alternate)
+        while (decimal.count > 0 && decimal.digits[decimal.count - 1] == '0') --decimal.count;
+    if (exponent < -4 || exponent >= precision) {
+        const int places = spec.alternate ? precision - 1 : decimal.count - 1;
+        return emitScientific(sink, spec, field, decimal, places);
+    }
+    const int places = spec.alternate ? precision - 1 - exponent : std::max(0, decimal.count - decimal.point);
+    return emitFixed(sink, spec, field, decimal, decimal.count == 0 && !spec.alternate ? 0 : places);
+}
+
+bool emitDecimal(FormatSink& sink, const FormatSpec& spec, FormatField& field, const BinaryFloat& number,
+                 DecimalCut cut, char* room) {
+    const Decimal decimal = decimalDigits(number.mantissa, number.exponent, cut, room);
+    switch (lower(spec)) {
+        case 'f':
+            return emitFixed(sink, spec, field, decimal, cut.digits);
+        case 'e':
+            return emitScientific(sink, spec, field, decimal, cut.digits - 1);
+        default:
+            return emitGeneral(sink, spec, field, decimal, cut.digits);
+    }
+}
+
+/// Apart, so that only numbers of many digits pay for the room.
+[[gnu::noinline]] bool emitLongDecimal(FormatSink& sink, const FormatSpec& spec, FormatField& field,
+                                       const BinaryFloat& number, DecimalCut cut) {
+    char room[kDecimalRoom];
+    return emitDecimal(sink, spec, field, number, cut, room);
+}
+
+/// The first digit is 0 or 1 for a double and all four top bits for a long double; a number too small for a full
+/// mantissa is not shifted up.
+bool emitHexadecimal(FormatSink& sink, const FormatSpec& spec, FormatField& field, const BinaryFloat& number) {
+    const char* const digit = isUpper(spec) ? "0123456789ABCDEF" : "0123456789abcdef";
+    std::uint64_t mantissa = number.mantissa;
+    int exponent = mantissa == 0 ? 0 : number.exponent + number.fractionBits;
+    int places = number.fractionBits / 4;
+    unsigned lead = static_cast<unsigned>(mantissa >> number.fractionBits);
+    mantissa &= (std::uint64_t{1} << number.fractionBits) - 1;
+
+    if (spec.precision >= 0 && spec.precision < places) {
+        const int dropped = 4 * (places - spec.precision);
+        const std::uint64_t rest = mantissa & ((std::uint64_t{1} << dropped) - 1);
+        const std::uint64_t half = std::uint64_t{1} << (dropped - 1);
+        places = spec.precision;
+        mantissa >>= dropped;
+        const bool odd = ((places == 0 ? lead : mantissa) & 1) != 0;
+        if (rest > half || (rest == half && odd)) ++mantissa;
+        lead += static_cast<unsigned>(mantissa >> (4 * places));
+        mantissa &= (std::uint64_t{1} << (4 * places)) - 1;
+        if (lead == 16) lead = 1, exponent += 4;
+    } else if (spec.precision < 0) {
+        for (; places > 0 && (mantissa & 15) == 0; mantissa >>= 4) --places;
+    }
+
+    char digits[16];
+    for (int i = places; i-- > 0; mantissa >>= 4) digits[i] = digit[mantissa & 15];
+    char tail[8];
+    field.prefix('0');
+    field.prefix(isUpper(spec) ? 'X' : 'x');
+    field.text(digit + lead, 1);
+    if (places > 0 || spec.precision > 0 || spec.alternate) field.text(".", 1);
+    field.text(digits, places);
+    field.zeros(spec.precision - places);
+    field.text(tail, putExponent(tail, isUpper(spec) ? 'P' : 'p', exponent, 1));
+    return field.emit(sink, spec, true);
+}
+
+}  // namespace
+
+bool formatFloat(FormatSink& sink, const FormatSpec& spec, const BinaryFloat& number) {
+    FormatField field;
+    field.sign(spec, number.negative);
+    if (number.kind != BinaryFloat::finite) {
+        const bool infinite = number.kind == BinaryFloat::infinite;
+        field.text(isUpper(spec) ? (infinite ? "INF" : "NAN") : (infinite ? "inf" : "nan"), 3);
+        return field.emit(sink, spec, false);
+    }
+    const char conversion = lower(spec);
+    if (conversion == 'a') return emitHexadecimal(sink, spec, field, number);
+
+    const int precision = spec.precision < 0 ? 6 : spec.precision;
+    DecimalCut cut{conversion != 'f', precision};
+    // The first digit of %e is one more; a precision that has no room for it has none for the number either.
+    if (conversion == 'e' && precision == 0x7FFFFFFF) return false;
+    if (conversion == 'e') ++cut.digits;
+    if (conversion == 'g') cut.digits = std::max(precision, 1);
+    if (decimalRoom(number.mantissa, number.exponent, cut) > kSmallRoom)
+        return emitLongDecimal(sink, spec, field, number, cut);
+    char room[kSmallRoom];
+    return emitDecimal(sink, spec, field, number, cut, room);
+}
+
+}  // namespace kora
