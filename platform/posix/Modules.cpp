@@ -1,0 +1,190 @@
+#include <dlfcn.h>
+#include <elf.h>
+#include <fcntl.h>
+#include <link.h>
+#include <locale.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <exception>
+#include <vector>
+
+#include "core/OwnStrings.h"
+#include "platform/Platform.h"
+#include "platform/posix/NativePath.h"
+
+namespace kora::platform {
+
+using namespace posix;
+
+namespace {
+
+// Windows numbers, which the library has its texts for.
+enum : std::uint32_t {
+    kFileNotFound = 2,
+    kPathNotFound = 3,
+    kAccessDenied = 5,
+    kNoMemory = 8,
+    kNeedsModule = 126,
+    kNeedsFunction = 127,
+    kBadFormat = 193
+};
+
+constexpr char kStringTable[] = "TskKoraStrings";
+
+#if defined(__x86_64__)
+constexpr unsigned kMachine = EM_X86_64;
+#elif defined(__aarch64__)
+constexpr unsigned kMachine = EM_AARCH64;
+#else
+#error "Name the machine of this platform's libraries."
+#endif
+
+/// Whether the file is a library of this machine and whole. The loader would map segments that the file does not
+/// hold, and the process would end at the first access.
+bool isLibrary(int file, std::uint64_t size) {
+    Elf64_Ehdr head;
+    if (pread(file, &head, sizeof head, 0) != sizeof head) return false;
+    if (std::memcmp(head.e_ident, ELFMAG, SELFMAG) != 0 || head.e_ident[EI_CLASS] != ELFCLASS64 ||
+        head.e_ident[EI_DATA] != ELFDATA2LSB || head.e_machine != kMachine || head.e_type != ET_DYN ||
+        head.e_phentsize != sizeof(Elf64_Phdr))
+        return false;
+    std::vector<Elf64_Phdr> segments(head.e_phnum);
+    const std::size_t bytes = segments.size() * sizeof(Elf64_Phdr);
+    if (head.e_phoff > size ||
+        pread(file, segments.data(), bytes, static_cast<off_t>(head.e_phoff)) != static_cast<ssize_t>(bytes))
+        return false;
+    return std::all_of(segments.begin(), segments.end(), [&](const Elf64_Phdr& segment) {
+        return segment.p_type != PT_LOAD || (segment.p_offset <= size && segment.p_filesz <= size - segment.p_offset);
+    });
+}
+
+std::uint32_t codeOf(int error) {
+    switch (error) {
+        case EACCES:
+        case EPERM:
+            return kAccessDenied;
+        case ENOMEM:
+            return kNoMemory;
+        case ENOENT:
+            return kFileNotFound;
+        default:
+            return kPathNotFound;
+    }
+}
+
+/// What stands in the way of loading @p native before the loader is asked; 0 when nothing does.
+std::uint32_t obstacle(const std::string& native) {
+    struct stat status;
+    const int file = open(native.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (file < 0) {
+        if (errno != ENOENT) return codeOf(errno);
+        const std::string directory = native.substr(0, native.rfind('/') + 1) + '.';
+        return stat(directory.c_str(), &status) == 0 ? kFileNotFound : kPathNotFound;
+    }
+    std::uint32_t code = 0;
+    if (fstat(file, &status) != 0)
+        code = codeOf(errno);
+    else if (S_ISDIR(status.st_mode))
+        code = kAccessDenied;
+    else if (!S_ISREG(status.st_mode) || !isLibrary(file, static_cast<std::uint64_t>(status.st_size)))
+        code = kBadFormat;
+    close(file);
+    return code;
+}
+
+/// The loader's sentence in the language of its sources, whatever the user's is, so that it can be read by codeOf().
+std::string loaderSentence() {
+    const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
+    const locale_t before = plain ? uselocale(plain) : nullptr;
+    const char* text = dlerror();
+    const std::string sentence = text ? text : "";
+    if (plain) {
+        uselocale(before);
+        freelocale(plain);
+    }
+    return sentence;
+}
+
+/// What a sentence "file: reason" of the loader about loading @p native means.
+std::uint32_t codeOf(std::string_view sentence, const std::string& native) {
+    const auto says = [&](const char* words) { return sentence.find(words) != std::string_view::npos; };
+    if (says("annot allocate memory") || says("out of memory")) return kNoMemory;
+    if (says("undefined symbol") || (says("version `") && says("not found"))) return kNeedsFunction;
+    if (!sentence.starts_with(native + ':')) return kNeedsModule;
+    return says("Operation not permitted") || says("Permission denied") ? kAccessDenied : kBadFormat;
+}
+
+void* address(ModuleHandle module) { return reinterpret_cast<void*>(module); }
+ModuleHandle handle(const void* module) { return reinterpret_cast<ModuleHandle>(module); }
+
+/// The module that holds @p address; the loader's handle is the address of its link map.
+ModuleHandle moduleOf(const void* address) {
+    Dl_info info;
+    void* map = nullptr;
+    return dladdr1(address, &info, &map, RTLD_DL_LINKMAP) != 0 ? handle(map) : 0;
+}
+
+const TskString* stringTable(ModuleHandle module) {
+    return module == ownModule() ? ownStrings : static_cast<const TskString*>(moduleFunction(module, kStringTable));
+}
+
+}  // namespace
+
+ModuleHandle loadModule(const std::string& path, LoadFailure& failure) {
+    try {
+        std::string native;
+        Failure ignored;
+        if (!nativeName(path, native, ignored)) {
+            failure = {kPathNotFound, {}};
+            return 0;
+        }
+        native = findName(native);
+        // Without a directory the loader would look where the system keeps its libraries.
+        if (native.find('/') == std::string::npos) native.insert(0, "./");
+        if (const std::uint32_t code = obstacle(native)) {
+            failure = {code, {}};
+            return 0;
+        }
+        if (void* module = dlopen(native.c_str(), RTLD_NOW | RTLD_LOCAL)) return handle(module);
+        std::string sentence = loaderSentence();
+        const std::uint32_t code = codeOf(sentence, native);
+        failure = {code, std::move(sentence)};
+    } catch (const std::exception&) {
+        failure = {kNoMemory, {}};
+    }
+    return 0;
+}
+
+void unloadModule(ModuleHandle module) {
+    if (module != 0 && module != ownModule()) dlclose(address(module));
+}
+
+void* moduleFunction(ModuleHandle module, const char* name) {
+    if (module == 0 || !name) return nullptr;
+    void* function = dlsym(address(module), name);
+    if (!function) dlerror();  // nobody asks for the sentence
+    // The loader also looks in the libraries that the module needs; what those export is not the module's.
+    return function && moduleOf(function) == module ? function : nullptr;
+}
+
+int moduleString(ModuleHandle module, int id, char* buffer, int size) {
+    if (module == 0 || !buffer || size <= 0) return 0;
+    const TskString* string = stringTable(module);
+    while (string && string->text && string->id != id) ++string;
+    if (!string || !string->text) return 0;
+    const std::size_t length = strnlen(string->text, static_cast<std::size_t>(size) - 1);
+    std::memcpy(buffer, string->text, length);
+    buffer[length] = '\0';
+    return static_cast<int>(length);
+}
+
+ModuleHandle ownModule() {
+    static const ModuleHandle own = moduleOf(ownStrings);
+    return own;
+}
+
+}  // namespace kora::platform
