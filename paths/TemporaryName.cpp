@@ -1,0 +1,57 @@
+#include <kora/File.h>
+
+#include <exception>
+#include <string>
+
+#include "platform/Platform.h"
+
+namespace {
+
+using kora::platform::Failure;
+using kora::platform::FileStatus;
+
+// Names given out by this process, so that two are different before either file is made.
+constinit std::uint32_t serial = 0;
+
+constexpr int kAttempts = 10000;
+
+bool exists(const std::string& path, FileStatus& status) {
+    Failure ignored;
+    return kora::platform::fileSystem().status(path, status, ignored);
+}
+
+bool isDirectory(const std::string& path) {
+    FileStatus status;
+    return exists(path, status) && status.kind == kora::platform::FileKind::directory;
+}
+
+std::string directoryForTemporaryNames() {
+    const auto tmp = kora::platform::environment().variable("TMP");
+    for (const std::string& directory : {kora::platform::libraryPath(tmp.value_or("")), std::string("c:\\temp")})
+        if (!directory.empty() && isDirectory(directory)) return directory;
+    return kora::platform::environment().temporary();
+}
+
+}  // namespace
+
+bool FilePath::SetTempName(const char* prefix, const char* type) try {
+    std::string stem = directoryForTemporaryNames();
+    if (!stem.empty() && stem.back() != '\\') stem += '\\';
+    stem += prefix != nullptr && *prefix != '\0' ? prefix : "qztemp_";
+    stem += std::to_string(kora::platform::processId()) + '_';
+    std::string suffix = type != nullptr ? type : "";
+    if (!suffix.empty() && suffix.front() != '.') suffix.insert(0, ".");
+
+    std::string name;
+    FileStatus status;
+    int attempts = kAttempts;
+    do {
+        name = stem + std::to_string(++serial) + suffix;
+    } while (exists(name, status) && --attempts > 0);
+    // The answer is true all the same; what is written next must not go to the old file.
+    if (attempts == 0 || !FileStringSet(name.c_str())) FileNullSet();
+    return true;
+} catch (const std::exception&) {
+    FileNullSet();
+    return true;
+}
