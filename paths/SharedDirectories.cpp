@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
 
 #include "paths/PathText.h"
 #include "platform/Platform.h"
@@ -15,7 +16,7 @@ constexpr std::size_t kShared = 4;
 struct {
     bool filled = false;
     char text[kShared][kPathTextSize] = {};
-    std::string workingDirectory;
+    char workingDirectory[kPathTextSize] = "";
 } constinit state;
 
 std::string temporaryDirectory() {
@@ -28,23 +29,26 @@ std::string temporaryDirectory() {
     return platform::environment().temporary();
 }
 
+/// A directory that is too long counts as none.
+void keep(const std::string& directory, char (&text)[kPathTextSize]) {
+    const bool fits = directory.size() < kPathTextSize;
+    std::memcpy(text, fits ? directory.c_str() : "", fits ? directory.size() + 1 : 1);
+}
+
 }  // namespace
 
 void pathsStart() {
     platform::Environment& places = platform::environment();
     const std::string directories[kShared] = {places.workingDirectory(), places.programDirectory(),
                                               places.systemDirectory(), temporaryDirectory()};
-    for (std::size_t i = 0; i < kShared; ++i) {
-        const bool fits = directories[i].size() < kPathTextSize;
-        std::memcpy(state.text[i], fits ? directories[i].c_str() : "", fits ? directories[i].size() + 1 : 1);
-    }
+    for (std::size_t i = 0; i < kShared; ++i) keep(directories[i], state.text[i]);
     state.filled = true;
 }
 
 void pathsStop() {
     // The texts stay where they are: a DirPath that is still alive may point at one.
     state.filled = false;
-    state.workingDirectory.clear();
+    state.workingDirectory[0] = '\0';
 }
 
 char* sharedDirectory(SharedDirectory which) {
@@ -58,8 +62,8 @@ bool isSharedDirectory(const char* text) {
                        [&](const char* shared) { return shared == text; });
 }
 
-void workingDirectoryRemember() { state.workingDirectory = platform::environment().workingDirectory(); }
+void workingDirectoryRemember() { keep(platform::environment().workingDirectory(), state.workingDirectory); }
 
-const std::string& rememberedWorkingDirectory() { return state.workingDirectory; }
+std::string_view rememberedWorkingDirectory() { return state.workingDirectory; }
 
 }  // namespace kora

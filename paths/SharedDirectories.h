@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
+#include <string_view>
 
 /// The four directories that every DirPath may point at, and the working directory of start-up.
 ///
@@ -24,7 +24,7 @@ void pathsStop();
 
 /// Remembers the process's working directory for the fixed search order; start-up calls it.
 void workingDirectoryRemember();
-/// Empty until remembered.
-const std::string& rememberedWorkingDirectory();
+/// Empty until remembered, and for one so long that no path in it could be held.
+std::string_view rememberedWorkingDirectory();
 
 }  // namespace kora

@@ -39,8 +39,9 @@ bool FilePath::SetTempName(const char* prefix, const char* type) try {
     if (!stem.empty() && stem.back() != '\\') stem += '\\';
     stem += prefix != nullptr && *prefix != '\0' ? prefix : "qztemp_";
     stem += std::to_string(kora::platform::processId()) + '_';
-    std::string suffix = type != nullptr ? type : "";
-    if (!suffix.empty() && suffix.front() != '.') suffix.insert(0, ".");
+    std::string suffix;
+    if (type != nullptr && *type != '\0' && *type != '.') suffix = '.';
+    if (type != nullptr) suffix += type;
 
     std::string name;
     FileStatus status;
