@@ -84,7 +84,7 @@ bool RamArray::RamAllocate(unsigned long size) {
     if (geometry.numBlocks > std::numeric_limits<std::int16_t>::max()) return false;
 
     RamDeallocate();
-    blocks = reinterpret_cast<unsigned char**>(allocate(geometry.numBlocks * sizeof *blocks));
+    blocks = reinterpret_cast<unsigned char**>(allocate(static_cast<std::size_t>(geometry.numBlocks) * sizeof *blocks));
     if (blocks == nullptr) return false;
     blockShift = static_cast<std::uint16_t>(geometry.shift);
     totalLength = static_cast<std::uint32_t>(size);

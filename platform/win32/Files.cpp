@@ -1,0 +1,293 @@
+#include "platform/win32/Win32.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+namespace kora::platform {
+
+namespace {
+
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+// One transfer. Network drives of old systems refuse very long ones.
+constexpr std::size_t kTransfer = std::size_t{1} << 20;
+constexpr std::int64_t kTicksPerSecond = 10'000'000;
+constexpr std::int64_t kSecondsTo1970 = 11'644'473'600;  // from 1601, where the system's file times begin
+
+std::int64_t secondsOf(FILETIME time) {
+    const std::uint64_t ticks = std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
+    return static_cast<std::int64_t>(ticks / kTicksPerSecond) - kSecondsTo1970;
+}
+
+FileKind kindOf(DWORD attributes) {
+    return attributes & FILE_ATTRIBUTE_DIRECTORY ? FileKind::directory : FileKind::file;
+}
+
+bool isKind(const std::string& native, FileKind kind) {
+    const DWORD attributes = GetFileAttributesA(native.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && kindOf(attributes) == kind;
+}
+
+/// Runs an operation on a path in the system's form; memory that ran out becomes a failure.
+template <typename Operation>
+bool onPath(const std::string& path, Failure& failure, Operation operation) {
+    try {
+        std::string native;
+        return systemPath(path, native, failure) && operation(native);
+    } catch (const std::exception&) {
+        failure = failureOf(ERROR_NOT_ENOUGH_MEMORY);
+        return false;
+    }
+}
+
+/// The same for two.
+template <typename Operation>
+bool onPaths(const std::string& from, const std::string& to, Failure& failure, Operation operation) {
+    return onPath(from, failure, [&](const std::string& nativeFrom) {
+        return onPath(to, failure, [&](const std::string& nativeTo) { return operation(nativeFrom, nativeTo); });
+    });
+}
+
+bool failed(Failure& failure) {
+    failure = lastFailure();
+    return false;
+}
+
+/// Files the last error of an operation on a file. That a directory stands there, the system calls a missing
+/// permission.
+bool fileFailed(const std::string& native, Failure& failure) {
+    failed(failure);
+    if (failure.cause == Cause::denied && isKind(native, FileKind::directory)) failure.cause = Cause::wrongKind;
+    return false;
+}
+
+/// Opens what is a file on a disk; names such as CON and COM1 lead elsewhere from every directory.
+Handle openFile(const std::string& native, DWORD access, DWORD share, DWORD creation, DWORD flags) {
+    Handle file(CreateFileA(native.c_str(), access, share, nullptr, creation, flags, nullptr));
+    if (file && GetFileType(file.get()) != FILE_TYPE_DISK) {
+        file.close();
+        SetLastError(ERROR_DIRECTORY);
+    }
+    return file;
+}
+
+/// Whether this process may make files in the directory. The read-only attribute does not tell: on a directory it
+/// marks a folder with a look of its own.
+bool directoryWritable(const std::string& native) {
+    const Handle directory(CreateFileA(native.c_str(), FILE_ADD_FILE, kShareAll, nullptr, OPEN_EXISTING,
+                                       FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    return directory || lastFailure().cause != Cause::denied;
+}
+
+/// Whether another handle on the file is open at this moment.
+bool heldOpen(const std::string& native) {
+    const Handle file(CreateFileA(native.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    return !file && GetLastError() == ERROR_SHARING_VIOLATION;
+}
+
+bool identityOf(const std::string& native, BY_HANDLE_FILE_INFORMATION& identity) {
+    const Handle file(
+        CreateFileA(native.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    return file && GetFileInformationByHandle(file.get(), &identity);
+}
+
+bool isSame(const std::string& a, const std::string& b) {
+    BY_HANDLE_FILE_INFORMATION inA, inB;
+    return identityOf(a, inA) && identityOf(b, inB) && inA.dwVolumeSerialNumber == inB.dwVolumeSerialNumber &&
+           inA.nFileIndexHigh == inB.nFileIndexHigh && inA.nFileIndexLow == inB.nFileIndexLow;
+}
+
+/// Whether two names are one entry of one directory, however they are written.
+bool isSameEntry(const std::string& a, const std::string& b) {
+    WIN32_FIND_DATAA inA, inB;
+    for (const auto& [native, data] : {std::pair{&a, &inA}, std::pair{&b, &inB}}) {
+        const HANDLE search = FindFirstFileA(native->c_str(), data);
+        if (search == INVALID_HANDLE_VALUE) return true;  // nothing may be concluded
+        FindClose(search);
+    }
+    const auto directory = [](const std::string& native) { return native.substr(0, native.rfind('\\') + 1) + '.'; };
+    return lstrcmpiA(inA.cFileName, inB.cFileName) == 0 && isSame(directory(a), directory(b));
+}
+
+bool linksMissing(DWORD code) {
+    return code == ERROR_INVALID_FUNCTION || code == ERROR_NOT_SUPPORTED || code == ERROR_CALL_NOT_IMPLEMENTED;
+}
+
+}  // namespace
+
+bool FileSystem::status(const std::string& path, FileStatus& status, Failure& failure) {
+    return onPath(path, failure, [&](const std::string& native) {
+        WIN32_FILE_ATTRIBUTE_DATA data;
+        if (!GetFileAttributesExA(native.c_str(), GetFileExInfoStandard, &data)) return failed(failure);
+        status.kind = kindOf(data.dwFileAttributes);
+        status.size = 0;
+        if (status.kind == FileKind::file)
+            status.size = static_cast<std::int64_t>(std::uint64_t{data.nFileSizeHigh} << 32 | data.nFileSizeLow);
+        status.created = secondsOf(data.ftCreationTime);
+        status.modified = secondsOf(data.ftLastWriteTime);
+        status.readOnly = status.kind == FileKind::directory ? !directoryWritable(native)
+                                                             : (data.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0;
+        return true;
+    });
+}
+
+bool FileSystem::read(const std::string& path, std::string& bytes, Failure& failure) {
+    return onPath(path, failure, [&](const std::string& native) {
+        const Handle file = openFile(native, GENERIC_READ, kShareAll, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN);
+        if (!file) return fileFailed(native, failure);
+        LARGE_INTEGER size;
+        if (!GetFileSizeEx(file.get(), &size)) return failed(failure);
+        std::string text;
+        if (static_cast<std::uint64_t>(size.QuadPart) >= text.max_size() - kTransfer) {
+            failure = failureOf(ERROR_NOT_ENOUGH_MEMORY);
+            return false;
+        }
+        // One byte more than the file has, so that its end shows at once; a file that grows meanwhile is read to its
+        // end.
+        text.resize(static_cast<std::size_t>(size.QuadPart) + 1);
+        for (std::size_t length = 0;;) {
+            const DWORD wanted = static_cast<DWORD>(std::min(text.size() - length, kTransfer));
+            DWORD got = 0;
+            if (!ReadFile(file.get(), text.data() + length, wanted, &got, nullptr)) return failed(failure);
+            length += got;
+            if (got == 0) {
+                text.resize(length);
+                break;
+            }
+            if (length == text.size()) text.resize(length + kTransfer);
+        }
+        bytes = std::move(text);
+        return true;
+    });
+}
+
+bool FileSystem::write(const std::string& path, std::string_view bytes, WriteMode mode, bool flush, Failure& failure) {
+    return onPath(path, failure, [&](const std::string& native) {
+        // Whoever appends shares the file with others that append: the system puts each piece at the end.
+        const bool append = mode == WriteMode::append;
+        Handle file = openFile(native, append ? FILE_APPEND_DATA | SYNCHRONIZE : GENERIC_WRITE,
+                               append ? kShareAll : FILE_SHARE_READ | FILE_SHARE_DELETE,
+                               mode == WriteMode::createNew ? CREATE_NEW : OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL);
+        if (!file) return fileFailed(native, failure);
+        // Emptied here and not by CREATE_ALWAYS, which refuses hidden files.
+        if (mode == WriteMode::replace && !SetEndOfFile(file.get())) return failed(failure);
+        while (!bytes.empty()) {
+            const DWORD wanted = static_cast<DWORD>(std::min(bytes.size(), kTransfer));
+            DWORD written = 0;
+            if (!WriteFile(file.get(), bytes.data(), wanted, &written, nullptr)) return failed(failure);
+            if (written == 0) {
+                failure = failureOf(ERROR_DISK_FULL);
+                return false;
+            }
+            bytes.remove_prefix(written);
+        }
+        if (flush && !FlushFileBuffers(file.get())) return failed(failure);
+        return file.close() || failed(failure);
+    });
+}
+
+bool FileSystem::remove(const std::string& path, Failure& failure) {
+    return onPath(path, failure, [&](const std::string& native) {
+        return DeleteFileA(native.c_str()) || fileFailed(native, failure);
+    });
+}
+
+bool FileSystem::link(const std::string& from, const std::string& to, Failure& failure) {
+    return onPaths(from, to, failure, [&](const std::string& nativeFrom, const std::string& nativeTo) {
+        using CreateHardLink = BOOL(WINAPI*)(LPCSTR, LPCSTR, LPSECURITY_ATTRIBUTES);
+        static const auto createHardLink = systemFunction<CreateHardLink>("kernel32.dll", "CreateHardLinkA");
+        if (createHardLink) {
+            if (createHardLink(nativeTo.c_str(), nativeFrom.c_str(), nullptr)) return true;
+            if (!linksMissing(GetLastError())) return fileFailed(nativeFrom, failure);
+        }
+        return CopyFileA(nativeFrom.c_str(), nativeTo.c_str(), /*failIfExists=*/TRUE) ||
+               fileFailed(nativeFrom, failure);
+    });
+}
+
+bool FileSystem::rename(const std::string& from, const std::string& to, Failure& failure) {
+    return onPaths(from, to, failure, [&](const std::string& nativeFrom, const std::string& nativeTo) {
+        if (MoveFileExA(nativeFrom.c_str(), nativeTo.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+            // Two names of one file: servers that lend the files of another system leave both.
+            if (isSame(nativeFrom, nativeTo) && !isSameEntry(nativeFrom, nativeTo)) DeleteFileA(nativeFrom.c_str());
+            return true;
+        }
+        fileFailed(nativeTo, failure);
+        // Over a file that somebody reads the system has no permission to give, at this moment.
+        if (failure.cause == Cause::denied && heldOpen(nativeTo)) failure.cause = Cause::busy;
+        return false;
+    });
+}
+
+bool FileSystem::createDirectory(const std::string& path, Failure& failure) {
+    return onPath(path, failure, [&](const std::string& native) {
+        if (CreateDirectoryA(native.c_str(), nullptr)) return true;
+        failed(failure);
+        if (failure.cause == Cause::denied && isKind(native, FileKind::directory))
+            failure.cause = Cause::exists;  // a root
+        return false;
+    });
+}
+
+bool FileSystem::removeDirectory(const std::string& path, Failure& failure) {
+    return onPath(path, failure,
+                  [&](const std::string& native) { return RemoveDirectoryA(native.c_str()) || failed(failure); });
+}
+
+bool FileSystem::list(const std::string& path, std::vector<DirectoryEntry>& entries, Failure& failure) {
+    return onPath(path, failure, [&](std::string& native) {
+        const DWORD attributes = GetFileAttributesA(native.c_str());
+        if (attributes == INVALID_FILE_ATTRIBUTES) return failed(failure);
+        if (kindOf(attributes) != FileKind::directory) {
+            failure = failureOf(ERROR_DIRECTORY);
+            return false;
+        }
+        if (native.back() != '\\') native += '\\';
+        WIN32_FIND_DATAA data;
+        const HANDLE search = FindFirstFileA((native + '*').c_str(), &data);
+        if (search == INVALID_HANDLE_VALUE) {
+            // The root of an empty disk holds nothing at all, not even "." and "..".
+            if (GetLastError() != ERROR_FILE_NOT_FOUND) return failed(failure);
+            entries.clear();
+            return true;
+        }
+        struct Closed {
+            HANDLE search;
+            ~Closed() { FindClose(search); }
+        } const closed{search};
+        std::vector<DirectoryEntry> found;
+        do {
+            std::string name = data.cFileName;
+            if (name == "." || name == "..") continue;
+            // A name with letters that this system's 8-bit text lacks is only known by its short form.
+            if (name.find('?') != std::string::npos && data.cAlternateFileName[0]) name = data.cAlternateFileName;
+            found.push_back({std::move(name), kindOf(data.dwFileAttributes)});
+        } while (FindNextFileA(search, &data));
+        if (GetLastError() != ERROR_NO_MORE_FILES) return failed(failure);
+        entries = std::move(found);
+        return true;
+    });
+}
+
+bool FileSystem::setCreationTime(const std::string& path, std::int64_t time, Failure& failure) {
+    return onPath(path, failure, [&](const std::string& native) {
+        // The system takes 0 for "leave it", and nothing from the year 30828 on.
+        if (time <= -kSecondsTo1970 || time > INT64_MAX / kTicksPerSecond - kSecondsTo1970) {
+            failure = failureOf(ERROR_INVALID_PARAMETER);
+            return false;
+        }
+        const Handle file(CreateFileA(native.c_str(), FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES, kShareAll, nullptr,
+                                      OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+        if (!file) return failed(failure);
+        const auto ticks = static_cast<std::uint64_t>((time + kSecondsTo1970) * kTicksPerSecond);
+        const FILETIME created = {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+        if (!SetFileTime(file.get(), &created, nullptr, nullptr)) return failed(failure);
+        // Some file systems, and servers that lend theirs, take the time and drop it.
+        FILETIME kept;
+        if (GetFileTime(file.get(), &kept, nullptr, nullptr) && secondsOf(kept) == time) return true;
+        failure = failureOf(ERROR_NOT_SUPPORTED);
+        return false;
+    });
+}
+
+}  // namespace kora::platform
