@@ -1,0 +1,95 @@
+#include "strings/TextSearch.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "strings/Bytes.h"
+
+namespace kora {
+namespace {
+
+struct Suffix {
+    std::size_t start;
+    std::size_t period;
+};
+
+// The greatest suffix of `text` in byte order, or in the reverse of it, and that suffix's period.
+Suffix greatestSuffix(std::string_view text, bool reversed) {
+    Suffix best{0, 1};
+    std::size_t candidate = 1;
+    std::size_t same = 0;
+    while (candidate + same < text.size()) {
+        const char a = text[candidate + same];
+        const char b = text[best.start + same];
+        if (a == b) {
+            if (++same == best.period) {
+                candidate += same;
+                same = 0;
+            }
+        } else if ((signedByte(a) < signedByte(b)) != reversed) {
+            candidate += same + 1;
+            same = 0;
+            best.period = candidate - best.start;
+        } else {
+            best = {candidate++, 1};
+            same = 0;
+        }
+    }
+    return best;
+}
+
+// Crochemore and Perrin's two-way search: the right part of `sought` is compared forwards, then the left part
+// backwards, split where no shift can miss a match. A text that repeats itself remembers what is known to match.
+std::size_t twoWaySearch(std::string_view text, std::string_view sought) {
+    const Suffix up = greatestSuffix(sought, /*reversed=*/false);
+    const Suffix down = greatestSuffix(sought, /*reversed=*/true);
+    const auto [split, period] = up.start > down.start ? up : down;
+    const std::size_t length = sought.size();
+    const bool repeats = sought.substr(0, split) == sought.substr(period).substr(0, split);
+    const std::size_t shift = repeats ? period : std::max(split, length - split) + 1;
+
+    std::size_t known = 0;
+    for (std::size_t at = 0; at + length <= text.size();) {
+        const char* window = text.data() + at;
+        std::size_t right = std::max(split, known);
+        while (right < length && sought[right] == window[right]) ++right;
+        if (right < length) {
+            at += right - split + 1;
+            known = 0;
+            continue;
+        }
+        std::size_t left = split;
+        while (left > known && sought[left - 1] == window[left - 1]) --left;
+        if (left <= known) return at;
+        at += shift;
+        known = repeats ? length - period : 0;
+    }
+    return std::string_view::npos;
+}
+
+}  // namespace
+
+std::size_t findText(std::string_view text, std::string_view sought) {
+    if (sought.empty()) return 0;
+    std::size_t at = 0;
+    // memchr for one byte of the sought text, the last and then the first, is the fastest while it seldom deceives.
+    for (const std::size_t anchor : {sought.size() - 1, std::size_t{0}}) {
+        const std::size_t began = at;
+        std::size_t wasted = 0;
+        while (wasted <= 2 * (at - began) + 64) {
+            if (text.size() - at < sought.size()) return std::string_view::npos;
+            const std::string_view places = text.substr(at + anchor, text.size() - at - sought.size() + 1);
+            const void* hit = std::memchr(places.data(), sought[anchor], places.size());
+            if (!hit) return std::string_view::npos;
+            at += static_cast<std::size_t>(static_cast<const char*>(hit) - places.data());
+            const std::size_t common = commonPrefix(text.substr(at), sought);
+            if (common == sought.size()) return at;
+            wasted += common + 4;
+            ++at;
+        }
+    }
+    const std::size_t found = twoWaySearch(text.substr(at), sought);
+    return found == std::string_view::npos ? found : at + found;
+}
+
+}  // namespace kora

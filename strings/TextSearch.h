@@ -1,0 +1,12 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace kora {
+
+/// The first index of @p sought in @p text, or npos; an empty text is found at 0. Takes time linear in both whatever
+/// they hold, and no memory.
+std::size_t findText(std::string_view text, std::string_view sought);
+
+}  // namespace kora
