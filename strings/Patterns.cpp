@@ -1,0 +1,115 @@
+#include <kora/Str.h>
+
+#include <array>
+#include <cstddef>
+#include <memory_resource>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "strings/Bytes.h"
+#include "strings/Guarded.h"
+#include "strings/SizedText.h"
+
+using namespace kora;
+
+namespace {
+
+class Pattern {
+public:
+    Pattern(std::string_view pattern, bool caseSensitive) : rest_(pattern), caseSensitive_(caseSensitive) {}
+
+    bool matches(std::string_view text) {
+        // What stands before the first and behind the last open character matches in one place only.
+        for (; !rest_.empty() && isSingle(rest_.front()); rest_.remove_prefix(1), text.remove_prefix(1)) {
+            if (text.empty() || !takes(rest_.front(), text.front())) return false;
+        }
+        for (; !rest_.empty() && isSingle(rest_.back()); rest_.remove_suffix(1), text.remove_suffix(1)) {
+            if (text.empty() || !takes(rest_.back(), text.back())) return false;
+        }
+        if (rest_.empty()) return text.empty();
+        if (rest_.find('#') == std::string_view::npos) return matchesStars(text);
+        bool matched = false;
+        return guarded([&] { matched = matchesStates(text); }) && matched;
+    }
+
+private:
+    using Places = std::pmr::vector<std::size_t>;
+
+    static bool isSingle(char c) { return c != '*' && c != '#'; }
+
+    bool takes(char single, char c) const {
+        return single == '?' || single == c || (!caseSensitive_ && foldCase(single) == foldCase(c));
+    }
+
+    // A pattern without '#' that begins and ends with '*'. A part between two stars matches where it fits first, so
+    // only the newest star has to be tried again.
+    bool matchesStars(std::string_view text) const {
+        std::size_t star = 0;
+        std::size_t next = 0;
+        std::size_t at = 0;
+        std::size_t retry = 0;
+        while (at < text.size()) {
+            if (rest_[next] == '*') {
+                if (++next == rest_.size()) return true;
+                star = next;
+                retry = at;
+            } else if (takes(rest_[next], text[at])) {
+                ++next;
+                ++at;
+            } else {
+                next = star;
+                at = ++retry;
+            }
+        }
+        return rest_.find_first_not_of('*', next) == std::string_view::npos;
+    }
+
+    // With '#': every place in the pattern that the text so far can lead to, in rising order. A star that is reached
+    // can do whatever any place before it can, so the places before it are dropped.
+    bool matchesStates(std::string_view text) const {
+        std::array<std::byte, 2048> room;
+        std::pmr::monotonic_buffer_resource memory(room.data(), room.size());
+        Places now(&memory);
+        Places next(&memory);
+        reach(0, now);
+        for (const char c : text) {
+            next.clear();
+            for (const std::size_t place : now) {
+                if (place == rest_.size()) break;
+                const char open = rest_[place];
+                if (isSingle(open)) {
+                    if (takes(open, c)) reach(place + 1, next);
+                } else if (open == '*') {
+                    reach(place, next);
+                } else if (isDigit(c)) {
+                    reach(place, next);
+                    reach(place + 1, next);
+                }
+            }
+            if (next.empty()) return false;
+            std::swap(now, next);
+        }
+        return now.back() == rest_.size();
+    }
+
+    // Adds a place to those that a character leads to; a star lets the text go on behind it at once.
+    void reach(std::size_t place, Places& places) const {
+        for (;; ++place) {
+            if (!places.empty() && places.back() >= place) return;
+            const bool star = place < rest_.size() && rest_[place] == '*';
+            if (star) places.clear();
+            places.push_back(place);
+            if (!star) return;
+        }
+    }
+
+    std::string_view rest_;
+    bool caseSensitive_;
+};
+
+}  // namespace
+
+bool StrComparePattern(const char* pattern, int patternSize, const char* s, int size, bool caseSensitive) {
+    return Pattern(measuredText(pattern, patternSize), caseSensitive).matches(measuredText(s, size));
+}
