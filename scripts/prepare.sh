@@ -1,0 +1,36 @@
+# Sourced by the other scripts: what they share.
+
+top=$(cd "$(dirname "$0")/.." && pwd -P)
+
+as_root() {
+    if [ "$(id -u)" = 0 ]; then "$@"; else sudo "$@"; fi
+}
+
+# need PACKAGE...: installs the Debian packages that are missing.
+need() {
+    missing=
+    for package in "$@"; do
+        dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q '^install ok installed$' ||
+            missing="$missing $package"
+    done
+    [ -z "$missing" ] && return
+    echo "Installing:$missing" >&2
+    as_root apt-get update -qq >&2
+    # shellcheck disable=SC2086
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing >&2
+}
+
+# build PRESET [TARGET...]: configures and builds build/PRESET, with ccache where that is installed.
+build() {
+    preset=$1
+    shift
+    launcher=
+    command -v ccache >/dev/null && launcher=-DCMAKE_CXX_COMPILER_LAUNCHER=ccache
+    (cd "$top" && cmake --preset "$preset" $launcher >"/tmp/kora-configure.$$" 2>&1) || {
+        cat "/tmp/kora-configure.$$" >&2
+        rm -f "/tmp/kora-configure.$$"
+        return 1
+    }
+    rm -f "/tmp/kora-configure.$$"
+    (cd "$top" && cmake --build --preset "$preset" ${1:+--target "$@"})
+}
