@@ -23,9 +23,9 @@ constexpr std::int32_t kLowMemory = -1;
 // A value as messages print it, in hexadecimal and in decimal: 32 bits wide wherever that loses nothing, so that the
 // text is the same on every platform.
 struct Printed {
-    explicit Printed(std::intptr_t value)
+    explicit Printed(std::int64_t value)
         : hexadecimal(static_cast<unsigned long>(value)), decimal(static_cast<long>(value)) {
-        if (value >= INT32_MIN && value <= static_cast<std::int64_t>(UINT32_MAX)) {
+        if (value >= INT32_MIN && value <= UINT32_MAX) {
             hexadecimal = static_cast<std::uint32_t>(value);
             decimal = static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
         }
