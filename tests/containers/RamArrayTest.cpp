@@ -1,0 +1,227 @@
+#include <gmock/gmock.h>
+#include <kora/Err.h>
+#include <kora/Ram.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "containers/RamBlocks.h"
+#include "core/TraceRing.h"
+#include "tests/support/VirtualSlot.h"
+
+namespace {
+
+using kora::test::virtualSlot;
+
+long blockSizeOf(RamArray& array) { return (array.RamGetTypeSize() - 28) / array.RamGetNumBlocks() - 4; }
+
+TEST(RamArray, SlotsStandInTheOrderThatModulesAreCompiledAgainst) {
+    EXPECT_EQ(virtualSlot(&RamArray::RamDeallocate), 1);
+    EXPECT_EQ(virtualSlot(&RamArray::RamAllocate), 2);
+    EXPECT_EQ(virtualSlot(&RamArray::RamGetBuffer), 3);
+    EXPECT_EQ(virtualSlot(&RamArray::RamGetTypeSize), 4);
+    EXPECT_EQ(virtualSlot(&RamArray::RamGetTotalDataLength), 5);
+    EXPECT_EQ(virtualSlot(&RamArray::RamGetNumBlocks), 6);
+    EXPECT_EQ(virtualSlot(&RamArray::RamDuplicate), 7);
+    EXPECT_EQ(virtualSlot(&RamArray::RamScratchAreaExist), 8);
+    EXPECT_EQ(virtualSlot(&RamArray::RamScratchAreaAllocate), 9);
+    EXPECT_EQ(virtualSlot(&RamArray::RamScratchAreaGet), 10);
+    EXPECT_EQ(virtualSlot(&RamArray::RamScratchSizeGet), 11);
+    EXPECT_EQ(virtualSlot(&RamArray::RamScratchAreaDelete), 12);
+    EXPECT_EQ(virtualSlot(&RamArray::operator[]), 13);
+}
+
+TEST(RamArray, ChoosesItsBlocksByTheirWaste) {
+    struct Row {
+        unsigned long size;
+        short blocks;
+        long blockSize;
+        unsigned short inLast;
+    };
+    static constexpr Row rows[] = {
+        // as small as blocks get
+        {1, 1, 16, 1},
+        {16, 1, 16, 16},
+        {17, 2, 16, 1},
+        {100, 7, 16, 4},
+        // one block holds it all, within four bytes
+        {32, 1, 32, 32},
+        {28, 1, 32, 28},
+        {27, 2, 16, 11},
+        {32768, 1, 32768, 32768},
+        {32764, 1, 32768, 32764},
+        // the largest that wastes little enough
+        {1000, 8, 128, 104},
+        {32769, 129, 256, 1},
+        {100000, 98, 1024, 672},
+        {1000000, 489, 2048, 576},
+        // more than 4096 blocks are never sought
+        {32768 * 4097 - 32767, 4097, 32768, 1},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.size);
+        RamArray array;
+        ASSERT_TRUE(array.RamAllocate(row.size));
+        EXPECT_EQ(array.RamGetNumBlocks(), row.blocks);
+        EXPECT_EQ(blockSizeOf(array), row.blockSize);
+        EXPECT_EQ(array.RamGetTotalDataLength(), static_cast<long>(row.size));
+        void* block = nullptr;
+        unsigned short size = 0;
+        unsigned long sum = 0;
+        for (unsigned short i = 0; array.RamGetBuffer(i, block, size); ++i) {
+            EXPECT_EQ(block, &array[sum]);
+            sum += size;
+        }
+        EXPECT_EQ(size, row.inLast);
+        EXPECT_EQ(sum, row.size);
+    }
+}
+
+// The rule in other words: of all block sizes, the largest that is allowed.
+TEST(RamArray, ChoosesTheLargestBlocksAllowed) {
+    for (unsigned long size = 1; size < 80000; size = size + 1 + size / 50) {
+        long best = 16;
+        for (long blockSize = 16; blockSize <= 32768 && blockSize < 2 * static_cast<long>(size); blockSize *= 2) {
+            const long blocks = (static_cast<long>(size) + blockSize - 1) / blockSize;
+            if (blocks * blockSize - static_cast<long>(size) <= 4 * blocks) best = blockSize;
+        }
+        RamArray array;
+        ASSERT_TRUE(array.RamAllocate(size));
+        ASSERT_EQ(blockSizeOf(array), best) << "size " << size;
+    }
+}
+
+TEST(RamArray, KeepsItsLengthWithinTheSameBlocks) {
+    RamArray array;
+    EXPECT_TRUE(array.RamAllocate(0));
+    EXPECT_EQ(array.RamGetTypeSize(), 28);
+    ASSERT_TRUE(array.RamAllocate(20));
+    array[24] = 'x';
+    ASSERT_TRUE(array.RamAllocate(25));
+    EXPECT_EQ(array.RamGetTotalDataLength(), 20);
+    EXPECT_EQ(array[24], 'x');
+    ASSERT_TRUE(array.RamAllocate(0));
+    EXPECT_EQ(array.RamGetNumBlocks(), 0);
+    EXPECT_EQ(array.RamGetTotalDataLength(), 0);
+}
+
+TEST(RamArray, RefusesMoreBlocksThanItCanCount) {
+    RamArray array;
+    ASSERT_TRUE(array.RamAllocate(20));
+    EXPECT_FALSE(array.RamAllocate(32767UL * 32768 + 1));
+    EXPECT_FALSE(array.RamAllocate(65537UL * 32768));
+    EXPECT_FALSE(array.RamAllocate(~0UL));
+    EXPECT_EQ(array.RamGetTotalDataLength(), 20);
+    EXPECT_EQ(array.RamGetNumBlocks(), 2);
+}
+
+TEST(RamArray, IndexBeyondTheBlocksIsFiledAndReachesNoData) {
+    RamArray array;
+    auto beyond = [&array](unsigned long index) {
+        const std::uint32_t before = kora::traceRing.count;
+        array[index] = 0xEE;
+        return kora::traceRing.words[before % kora::TraceRing::kWords];
+    };
+    EXPECT_EQ(beyond(0), 0x5B700U);
+    EXPECT_EQ(beyond(~0UL), 0x5B700U);
+    ASSERT_TRUE(array.RamAllocate(40));
+    for (unsigned long i = 0; i < 48; ++i) array[i] = static_cast<unsigned char>(i);
+    EXPECT_EQ(beyond(48), 0x5B700U);
+    EXPECT_EQ(beyond(0x80000000), 0x5B700U);
+    EXPECT_EQ(beyond(~0UL), 0x5B700U);
+    for (unsigned long i = 0; i < 48; ++i) EXPECT_EQ(array[i], i);
+}
+
+TEST(RamArray, ScratchAreaKeepsItsBeginning) {
+    RamArray array;
+    EXPECT_FALSE(array.RamScratchAreaExist());
+    std::memcpy(array.RamScratchAreaAllocate(6), "scrap", 6);
+    EXPECT_STREQ(static_cast<char*>(array.RamScratchAreaAllocate(100)), "scrap");
+    EXPECT_EQ(array.RamScratchSizeGet(), 100);
+    EXPECT_EQ(std::memcmp(array.RamScratchAreaAllocate(3), "scr", 3), 0);
+    EXPECT_EQ(array.RamScratchAreaAllocate(-1), nullptr);
+    EXPECT_EQ(array.RamScratchSizeGet(), 3);
+    array.RamDeallocate();
+    EXPECT_TRUE(array.RamScratchAreaExist());
+    EXPECT_NE(array.RamScratchAreaAllocate(0), nullptr);
+    EXPECT_EQ(array.RamScratchSizeGet(), 0);
+    array.RamScratchAreaDelete();
+    EXPECT_EQ(array.RamScratchAreaGet(), nullptr);
+}
+
+TEST(RamArray, DuplicateHoldsTheSame) {
+    RamArray array;
+    ASSERT_TRUE(array.RamAllocate(20));
+    ASSERT_TRUE(array.RamAllocate(25));
+    for (unsigned long i = 0; i < 25; ++i) array[i] = static_cast<unsigned char>(i * 7);
+    std::memcpy(array.RamScratchAreaAllocate(3), "abc", 3);
+    std::unique_ptr<RamArray> copy(array.RamDuplicate());
+    ASSERT_NE(copy, nullptr);
+    EXPECT_EQ(copy->RamGetTotalDataLength(), 20);
+    for (unsigned long i = 0; i < 25; ++i) EXPECT_EQ((*copy)[i], i * 7);
+    EXPECT_EQ(copy->RamScratchSizeGet(), 3);
+    EXPECT_EQ(std::memcmp(copy->RamScratchAreaGet(), "abc", 3), 0);
+    EXPECT_NE(copy->RamScratchAreaGet(), array.RamScratchAreaGet());
+
+    RamArray nothing;
+    copy.reset(nothing.RamDuplicate());
+    ASSERT_NE(copy, nullptr);
+    EXPECT_FALSE(copy->RamScratchAreaExist());
+}
+
+// Memory that runs out at the nth allocation.
+struct Shortage {
+    explicit Shortage(int nth) { left = nth, before = kora::ramAllocatorSet(allocate); }
+    ~Shortage() { kora::ramAllocatorSet(before); }
+    static void* allocate(std::size_t size) { return --left < 0 ? nullptr : std::malloc(size); }
+    static inline int left;
+    kora::RamAllocator before;
+};
+
+TEST(RamArray, ShortageLeavesItEmptyAndUsable) {
+    bool succeeded = false;
+    for (int nth = 0; !succeeded; ++nth) {
+        SCOPED_TRACE(nth);
+        RamArray array;
+        ASSERT_TRUE(array.RamAllocate(16));
+        {
+            Shortage shortage(nth);
+            succeeded = array.RamAllocate(100);
+        }
+        EXPECT_EQ(succeeded, nth >= 8);  // the row of pointers and seven blocks
+        EXPECT_EQ(array.RamGetNumBlocks(), succeeded ? 7 : 0);
+        EXPECT_EQ(array.RamGetTotalDataLength(), succeeded ? 100 : 0);
+        EXPECT_TRUE(array.RamAllocate(100));
+        EXPECT_EQ(array.RamGetNumBlocks(), 7);
+    }
+}
+
+TEST(RamArray, ShortageLeavesTheOriginalAlone) {
+    RamArray array;
+    ASSERT_TRUE(array.RamAllocate(40));
+    std::memcpy(array.RamScratchAreaAllocate(3), "abc", 3);
+    for (int nth = 0; nth < 5; ++nth) {
+        Shortage shortage(nth);
+        EXPECT_EQ(array.RamDuplicate(), nullptr);
+    }
+    {
+        Shortage shortage(0);
+        EXPECT_EQ(array.RamScratchAreaAllocate(50), nullptr);
+    }
+    EXPECT_EQ(array.RamGetTotalDataLength(), 40);
+    EXPECT_EQ(std::memcmp(array.RamScratchAreaGet(), "abc", 3), 0);
+}
+
+TEST(SystemMemory, NegativeSizesHaveNone) {
+    EXPECT_EQ(SysMemAlloc(-1), nullptr);
+    void* p = SysMemAlloc(100);
+    ASSERT_NE(p, nullptr);
+    std::memset(p, 1, 100);
+    SysMemFree(p);
+    SysMemFree(nullptr);
+    EXPECT_GT(UtlMemoryFree(), 0U);
+    EXPECT_LE(UtlMemoryFree(), 2000000000U);
+}
+
+}  // namespace
