@@ -46,8 +46,8 @@ CString listOf(const std::vector<Item>& items) {
     Item run;  // the newest of the run
     std::int16_t last = 0;
     const auto close = [&] {
-        if (running && length >= 3) text += ".." + run.name;
-        if (running && length == 2) text += " " + run.name;
+        if (running && length >= 3) text.append("..").append(run.name);
+        if (running && length == 2) text.append(" ").append(run.name);
         running = false;
     };
     for (std::size_t i = 0; i < items.size(); ++i) {
@@ -60,7 +60,7 @@ CString listOf(const std::vector<Item>& items) {
             ++length;
         } else {
             close();
-            text += (i == 0 ? "" : " ") + item.name;
+            text.append(i == 0 ? "" : " ").append(item.name);
             running = item.digits > 0 && item.name.find_first_of("[]") == CString::npos;
             length = 1;
             direction = 0;
@@ -128,7 +128,7 @@ TEST(StrMakeNameListString, AgreesWithTheItemByItemRule) {
         CStringArray names = randomNames(random, 6);
         // runs in both directions
         for (unsigned at = 32764; random() % 6; at += random() % 4 ? 1U : -1U)
-            names.push_back("A" + std::to_string(at));
+            names.push_back(CString("A").append(std::to_string(at)));
         std::vector<Item> items = itemsOf(names);
         CString text;
         StrMakeNameListString(names, text, false);

@@ -3,42 +3,43 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <memory>
 #include <string>
 #include <string_view>
 
-/// A buffer of exactly `room` bytes on the heap, filled with '~' behind the text it starts with and guarded on both
+/// A buffer of `room` bytes, filled with '~' behind the text it starts with and guarded on both
 /// sides. A NUL follows the text where there is room for one.
 class SizedBuffer {
 public:
-    explicit SizedBuffer(std::size_t room, std::string_view text = {})
-        : room_(room), bytes_(std::make_unique<char[]>(room + 2 * kGuard)) {
-        std::fill_n(bytes_.get(), room + 2 * kGuard, '~');
-        std::copy_n(text.data(), std::min(room, text.size()), data());
-        if (text.size() < room) data()[text.size()] = '\0';
+    explicit SizedBuffer(std::size_t room, std::string_view text = {}) : room_(room), bytes_(room + 2 * kGuard, '~') {
+        const std::string_view held = text.substr(0, room);
+        bytes_.replace(kGuard, held.size(), held);
+        if (held.size() < room) data()[held.size()] = '\0';
     }
     ~SizedBuffer() {
         const std::string intact(kGuard, '~');
-        EXPECT_EQ(std::string_view(bytes_.get(), kGuard), intact) << "written before the buffer";
-        EXPECT_EQ(std::string_view(data() + room_, kGuard), intact) << "written behind the buffer";
+        EXPECT_EQ(bytes_.substr(0, kGuard), intact) << "written before the buffer";
+        EXPECT_EQ(bytes_.substr(kGuard + room_), intact) << "written behind the buffer";
     }
     SizedBuffer(const SizedBuffer&) = delete;
     SizedBuffer& operator=(const SizedBuffer&) = delete;
 
-    char* data() { return bytes_.get() + kGuard; }
+    char* data() { return bytes_.data() + kGuard; }
     int size() const { return static_cast<int>(room_); }
     /// Every byte of the buffer, with '.' for NUL.
     std::string bytes() {
-        std::string all(data(), room_);
+        std::string all = bytes_.substr(kGuard, room_);
         for (char& c : all) c = c == '\0' ? '.' : c;
         return all;
     }
-    std::string text() { return std::string(data(), room_).substr(0, std::string(data(), room_).find('\0')); }
+    std::string text() {
+        const std::string all = bytes_.substr(kGuard, room_);
+        return all.substr(0, all.find('\0'));
+    }
 
 private:
     static constexpr std::size_t kGuard = 16;
     std::size_t room_;
-    std::unique_ptr<char[]> bytes_;
+    std::string bytes_;
 };
 
 /// Random texts over a small alphabet, so that they often agree.

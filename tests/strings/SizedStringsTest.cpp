@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
 #include <random>
 #include <string>
 
@@ -134,14 +135,15 @@ TEST(SizedStrings, NegativeSizesAreUnbounded) {
 
 // Neither end of an unterminated source is read past; the sanitizers watch.
 TEST(SizedStrings, CountedSourcesNeedNoNul) {
-    SizedBuffer source(3, "abc");
-    EXPECT_EQ(outcome(4, "", [&](char* dst, int size) { StrAssign(source.data(), 3, dst, size); }), "abc. whole");
-    EXPECT_EQ(outcome(4, "xy", [&](char* dst, int size) { StrAppend(source.data(), 2, dst, size); }), "xyab whole");
-    EXPECT_EQ(outcome(2, "", [&](char* dst, int size) { StrAssign(source.data(), dst, size); }), "ab cut");
-    EXPECT_EQ(outcome(4, "xy", [&](char* dst, int size) { StrAppend(source.data(), dst, size); }), "xyab cut");
-    EXPECT_EQ(outcome(2, "", [&](char* dst, int size) { StrCopy(source.data(), 1, 2, dst, size); }), "bc whole");
-    EXPECT_EQ(outcome(1, "", [&](char* dst, int size) { StrCopy(source.data(), 0, 2, dst, size); }), "a cut");
-    EXPECT_EQ(outcome(2, "", [&](char* dst, int size) { StrCopy(source.data(), 0, -1, dst, size); }), ".~ whole");
+    const auto source = std::make_unique<char[]>(3);
+    std::copy_n("abc", 3, source.get());
+    EXPECT_EQ(outcome(4, "", [&](char* dst, int size) { StrAssign(source.get(), 3, dst, size); }), "abc. whole");
+    EXPECT_EQ(outcome(4, "xy", [&](char* dst, int size) { StrAppend(source.get(), 2, dst, size); }), "xyab whole");
+    EXPECT_EQ(outcome(2, "", [&](char* dst, int size) { StrAssign(source.get(), dst, size); }), "ab cut");
+    EXPECT_EQ(outcome(4, "xy", [&](char* dst, int size) { StrAppend(source.get(), dst, size); }), "xyab cut");
+    EXPECT_EQ(outcome(2, "", [&](char* dst, int size) { StrCopy(source.get(), 1, 2, dst, size); }), "bc whole");
+    EXPECT_EQ(outcome(1, "", [&](char* dst, int size) { StrCopy(source.get(), 0, 2, dst, size); }), "a cut");
+    EXPECT_EQ(outcome(2, "", [&](char* dst, int size) { StrCopy(source.get(), 0, -1, dst, size); }), ".~ whole");
 }
 
 TEST(SizedStrings, ConcatMayExtendItsFirstText) {
