@@ -102,7 +102,7 @@ TEST(LoadModule, SaysWhyNotInOneSetOfNumbers) {
     };
     const Row rows[] = {
         {folder.path("none.qzx"), 2},         {folder.path("text.qzx"), 193}, {folder.path("empty.qzx"), 193},
-        {folder.path("head.qzx"), 193},       {folder.path("cut.qzx"), 193}, {folder.path("other.qzx"), 193},
+        {folder.path("head.qzx"), 193},       {folder.path("cut.qzx"), 193},  {folder.path("other.qzx"), 193},
         {fixture("platform-needs.qzx"), 126},
     };
     for (const Row& row : rows) {

@@ -169,6 +169,9 @@ TEST(FileSystem, KeepsAFileThatIsRenamedOntoItselfByAnotherWay) {
     EXPECT_TRUE(fileSystem().rename(folder.path("d\\f"), folder.path("way\\g"), failure));
     EXPECT_FALSE(folder.has("d/f"));
     EXPECT_EQ(folder.read("d/g"), "text");
+    ASSERT_TRUE(fileSystem().rename(folder.path("d\\g"), folder.path("D\\G"), failure));
+    EXPECT_EQ(folder.read("d/G"), "text");  // a new letter case is a new name
+    EXPECT_FALSE(folder.has("d/g"));
 }
 
 TEST(FileSystem, ListsWhatCanBeNamed) {
