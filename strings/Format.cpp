@@ -3,10 +3,11 @@
 #include <charconv>
 #include <climits>
 #include <cstring>
-#include <cwchar>
+#include <type_traits>
 
 #include "strings/FormatField.h"
 #include "strings/FormatFloat.h"
+#include "strings/FormatInteger.h"
 
 namespace kora {
 namespace {
@@ -73,20 +74,24 @@ FormatLength readLength(const char*& at) {
 
 class Formatter {
 public:
-    Formatter(FormatSink& sink, va_list args) : sink_(sink) { va_copy(args_, args); }
-    ~Formatter() { va_end(args_); }
+    Formatter(FormatSink& sink, va_list args) : sink_(sink), args_(args) {}
     Formatter(const Formatter&) = delete;
     Formatter& operator=(const Formatter&) = delete;
 
     bool run(const char* format) {
-        const char* const end = format + std::strlen(format);
         for (;;) {
-            const auto rest = static_cast<std::size_t>(end - format);
-            const auto* mark = static_cast<const char*>(std::memchr(format, '%', rest));
-            if (!plain(format, static_cast<std::size_t>((mark ? mark : end) - format))) return false;
-            if (!mark) return true;
-            format = mark + 1;
-            if (!conversion(format)) return false;
+            const int run = sink_.writeRun(format);
+            if (!sink_.claim(run)) return false;
+            format += run;
+            if (*format == '%') {
+                if (!conversion(++format)) return false;
+            } else if (*format == '\0') {
+                return true;
+            } else {
+                const std::size_t length = std::strcspn(format, "%");
+                if (!plain(format, length)) return false;
+                format += length;
+            }
         }
     }
 
@@ -100,6 +105,17 @@ private:
     /// Reads what follows a percent sign and prints it.
     bool conversion(const char*& at) {
         FormatSpec spec;
+        // All that may stand before the length lies below the letters.
+        if (*at < 'A' && !readShape(at, spec)) return false;
+        spec.length = readLength(at);
+        spec.conversion = *at;
+        if (*at == '\0') return false;
+        ++at;
+        return print(spec);
+    }
+
+    /// Reads flags, width and precision.
+    bool readShape(const char*& at, FormatSpec& spec) {
         readFlags(at, spec);
         if (*at == '*') {
             ++at;
@@ -122,38 +138,32 @@ private:
                 return false;
             }
         }
-        spec.length = readLength(at);
-        spec.conversion = *at;
-        if (*at == '\0') return false;
-        ++at;
-        return print(spec);
+        return true;
     }
 
     bool print(const FormatSpec& spec) {
         switch (spec.conversion) {
             case 'd':
-            case 'i': {
-                const std::int64_t value = signedArgument(spec.length);
-                const auto bits = static_cast<std::uint64_t>(value);
-                FormatField field;
-                field.sign(spec, value < 0);
-                return integer(spec, field, value < 0 ? 0 - bits : bits);
-            }
+            case 'i':
+                return signedInteger(spec);
             case 'u':
+                return unsignedInteger(spec, kDecimal);
             case 'o':
+                return unsignedInteger(spec, kOctal);
             case 'x':
+                return unsignedInteger(spec, kHexadecimal);
             case 'X':
+                return unsignedInteger(spec, kHexadecimalUpper);
             case 'b':
-            case 'B': {
-                FormatField field;
-                return integer(spec, field, unsignedArgument(spec.length));
-            }
+                return unsignedInteger(spec, kBinary);
+            case 'B':
+                return unsignedInteger(spec, kBinaryUpper);
             case 'c':
-                return spec.length == FormatLength::l ? wideCharacter(spec) : character(spec);
+                return isLong(spec) ? wideCharacter(spec) : character(spec);
             case 'C':
                 return wideCharacter(spec);
             case 's':
-                return spec.length == FormatLength::l ? wideText(spec) : text(spec, va_arg(args_, const char*));
+                return isLong(spec) ? wideText(spec) : text(spec, va_arg(args_, const char*));
             case 'S':
                 return wideText(spec);
             case 'p':
@@ -168,10 +178,7 @@ private:
             case 'G':
             case 'a':
             case 'A':
-                // ll is as good as L here, and as l before characters.
-                return spec.length == FormatLength::L || spec.length == FormatLength::ll
-                           ? formatFloat(sink_, spec, BinaryFloat(va_arg(args_, long double)))
-                           : formatFloat(sink_, spec, BinaryFloat(va_arg(args_, double)));
+                return floatingPoint(spec);
             case '%':
                 return plain("%", 1);
             default:
@@ -179,6 +186,7 @@ private:
         }
     }
 
+    // ll is as good as l before characters, and as L before floating point.
     static bool isLong(const FormatSpec& spec) {
         return spec.length == FormatLength::l || spec.length == FormatLength::ll;
     }
@@ -225,66 +233,40 @@ private:
         }
     }
 
-    /// Prints @p value behind the sign that @p field holds.
-    bool integer(const FormatSpec& spec, FormatField& field, std::uint64_t value) {
-        char digits[64];
-        char* const end = digits + sizeof digits;
-        char* first = end;
-        const auto putBits = [&](unsigned bits, const char* digit) {
-            std::uint64_t rest = value;
-            do *--first = digit[rest & ((1U << bits) - 1)];
-            while ((rest >>= bits) != 0);
-        };
-        char radix = '\0';
-        switch (spec.conversion) {
-            case 'b':
-            case 'B':
-                putBits(1, "01"), radix = spec.conversion;
-                break;
-            case 'o':
-                putBits(3, "01234567");
-                break;
-            case 'p':
-            case 'x':
-                putBits(4, "0123456789abcdef"), radix = 'x';
-                break;
-            case 'X':
-                putBits(4, "0123456789ABCDEF"), radix = 'X';
-                break;
-            default: {
-                const char* const past = std::to_chars(digits, end, value).ptr;
-                first -= past - digits;
-                std::memmove(first, digits, static_cast<std::size_t>(past - digits));
-            }
-        }
-        const int count = value == 0 && spec.precision == 0 ? 0 : static_cast<int>(end - first);
-        std::int64_t zeros = spec.precision > count ? spec.precision - count : 0;
-        if (spec.alternate && spec.conversion == 'o' && zeros == 0 && (count == 0 || value != 0)) zeros = 1;
-        if ((spec.alternate || spec.conversion == 'p') && radix != '\0' && value != 0) {
-            field.prefix('0');
-            field.prefix(radix);
-        }
-        field.zeros(zeros);
-        field.text(first, count);
-        return field.emit(sink_, spec, spec.precision < 0);
+    bool signedInteger(const FormatSpec& spec) {
+        const std::int64_t value = signedArgument(spec.length);
+        const auto bits = static_cast<std::uint64_t>(value);
+        return formatInteger(sink_, spec, spec.sign(value < 0), value < 0 ? 0 - bits : bits, kDecimal);
     }
 
-    bool pointer(const FormatSpec& spec) {
+    bool unsignedInteger(const FormatSpec& spec, const FormatRadix& radix) {
+        return formatInteger(sink_, spec, '\0', unsignedArgument(spec.length), radix);
+    }
+
+    bool floatingPoint(const FormatSpec& spec) {
+        if (spec.length == FormatLength::L || spec.length == FormatLength::ll)
+            return formatFloat(sink_, spec, BinaryFloat(va_arg(args_, long double)));
+        return formatFloat(sink_, spec, BinaryFloat(va_arg(args_, double)));
+    }
+
+    bool pointer(FormatSpec spec) {
         const auto value = reinterpret_cast<std::uintptr_t>(va_arg(args_, void*));
+        spec.alternate = true;
+        if (value != 0) return formatInteger(sink_, spec, spec.sign(false), value, kHexadecimal);
+        return narrow(spec, "(nil)", 5);
+    }
+
+    bool narrow(const FormatSpec& spec, const char* text, std::size_t length) {
+        if (spec.width == 0) return plain(text, length);
+        if (length > INT_MAX) return false;
         FormatField field;
-        if (value == 0) {
-            field.text("(nil)", 5);
-            return field.emit(sink_, spec, false);
-        }
-        field.sign(spec, false);
-        return integer(spec, field, value);
+        field.text(text, static_cast<std::int64_t>(length));
+        return field.emit(sink_, spec, false);
     }
 
     bool character(const FormatSpec& spec) {
         const auto c = static_cast<char>(va_arg(args_, int));
-        FormatField field;
-        field.text(&c, 1);
-        return field.emit(sink_, spec, false);
+        return narrow(spec, &c, 1);
     }
 
     bool text(const FormatSpec& spec, const char* text) {
@@ -300,11 +282,7 @@ private:
             const void* end = std::memchr(text, '\0', limit);
             length = end ? static_cast<std::size_t>(static_cast<const char*>(end) - text) : limit;
         }
-        if (spec.width == 0) return plain(text, length);
-        if (length > INT_MAX) return false;
-        FormatField field;
-        field.text(text, static_cast<std::int64_t>(length));
-        return field.emit(sink_, spec, false);
+        return narrow(spec, text, length);
     }
 
     // Wide characters are those of the language's own locale: one byte each, none beyond 0x7F.
@@ -312,9 +290,7 @@ private:
         const auto wide = static_cast<unsigned>(va_arg(args_, int));
         if (wide > 0x7F) return false;
         const auto c = static_cast<char>(wide);
-        FormatField field;
-        field.text(&c, 1);
-        return field.emit(sink_, spec, false);
+        return narrow(spec, &c, 1);
     }
 
     bool wideText(const FormatSpec& spec) {
@@ -364,7 +340,7 @@ private:
     }
 
     FormatSink& sink_;
-    va_list args_;
+    std::decay_t<va_list> args_;  // the caller's own where that is an array: copying it takes as long as a number
 };
 
 }  // namespace

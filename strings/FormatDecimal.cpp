@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <bit>
-#include <charconv>
 #include <cstring>
+
+#include "strings/FormatDigits.h"
 
 namespace kora {
 namespace {
@@ -13,7 +14,19 @@ constexpr int kGroupDigits = 9;
 constexpr int kMaxWords = 516;  // 2^-16445 and 2^16384 in 32-bit words
 
 void putGroup(char* at, std::uint32_t group) {
-    for (int i = kGroupDigits; i-- > 0; group /= 10) at[i] = static_cast<char>('0' + group % 10);
+    char* end = at + kGroupDigits;
+    for (int pair = 0; pair < kGroupDigits / 2; ++pair, group /= 100) end = putPair(end, group % 100);
+    *at = static_cast<char>('0' + group);
+}
+
+/// Puts the digits of @p value, none for 0, and answers how many.
+int putWhole(char* at, std::uint64_t value) {
+    char digits[20];
+    char* const end = digits + sizeof digits;
+    const char* const first = value == 0 ? end : putDecimal(end, value);
+    const auto length = end - first;
+    std::memcpy(at, first, static_cast<std::size_t>(length));
+    return static_cast<int>(length);
 }
 
 /// A fraction below 1 that hands out its decimal digits from the left.
@@ -82,7 +95,7 @@ int putLargeInteger(char* at, std::uint64_t mantissa, int exponent) {
         group[groups++] = static_cast<std::uint32_t>(rest);
         while (words != 0 && word[words - 1] == 0) --words;
     }
-    char* end = std::to_chars(at, at + kGroupDigits, group[--groups]).ptr;
+    char* end = at + putWhole(at, group[--groups]);
     for (; groups != 0; end += kGroupDigits) putGroup(end, group[--groups]);
     return static_cast<int>(end - at);
 }
@@ -105,13 +118,12 @@ Decimal decimalDigits(std::uint64_t mantissa, int exponent, DecimalCut cut, char
 
     char* const digits = room + 1;  // the place before is for a carry
     int count = 0;
-    std::uint64_t whole = 0;
     const int bits = std::max(0, -exponent);
     if (exponent > std::countl_zero(mantissa)) {
         count = putLargeInteger(digits, mantissa, exponent);
     } else {
-        whole = exponent >= 0 ? mantissa << exponent : bits < 64 ? mantissa >> bits : 0;
-        if (whole != 0) count = static_cast<int>(std::to_chars(digits, digits + 20, whole).ptr - digits);
+        const std::uint64_t whole = exponent >= 0 ? mantissa << exponent : bits < 64 ? mantissa >> bits : 0;
+        count = putWhole(digits, whole);
     }
     int point = count;
     Fraction fraction(bits < 64 ? mantissa & ((std::uint64_t{1} << bits) - 1) : mantissa, bits);
@@ -120,12 +132,8 @@ Decimal decimalDigits(std::uint64_t mantissa, int exponent, DecimalCut cut, char
     while (count <= wanted && !fraction.isZero()) {
         const std::uint32_t group = fraction.next();
         if (cut.significant && count == 0) {
-            char first[kGroupDigits];
-            const auto length = static_cast<int>(std::to_chars(first, first + kGroupDigits, group).ptr - first);
-            const int significant = group == 0 ? 0 : length;
-            std::memcpy(digits, first, static_cast<std::size_t>(significant));
-            count = significant;
-            point -= kGroupDigits - significant;
+            count = putWhole(digits, group);
+            point -= kGroupDigits - count;
         } else {
             putGroup(digits + count, group);
             count += kGroupDigits;

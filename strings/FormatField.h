@@ -20,20 +20,17 @@ struct FormatSpec {
     char conversion = '\0';
     int width = 0;
     int precision = -1;  // -1: none given
+
+    /// What stands for the sign; NUL for nothing.
+    char sign(bool negative) const { return negative ? '-' : plus ? '+' : space ? ' ' : '\0'; }
 };
 
 /// What one conversion prints: a prefix (sign, radix), then texts and runs of zeros, all padded to the width.
 class FormatField {
 public:
-    void prefix(char c) { prefix_[prefixLength_++] = c; }
-    void sign(const FormatSpec& spec, bool negative) {
-        if (negative) {
-            prefix('-');
-        } else if (spec.plus) {
-            prefix('+');
-        } else if (spec.space) {
-            prefix(' ');
-        }
+    /// Adds to the prefix, nothing for NUL.
+    void prefix(char c) {
+        if (c != '\0') prefix_[prefixLength_++] = c;
     }
     /// @p text is not copied.
     void text(const char* text, std::int64_t length) { add(text, length); }

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "strings/FormatDecimal.h"
+#include "strings/FormatDigits.h"
 
 namespace kora {
 
@@ -39,16 +40,16 @@ constexpr int kSmallRoom = 128;
 bool isUpper(const FormatSpec& spec) { return spec.conversion < 'a'; }
 char lower(const FormatSpec& spec) { return isUpper(spec) ? static_cast<char>(spec.conversion + 32) : spec.conversion; }
 
-/// Puts sign and at least @p width digits behind the letter; answers the length.
+/// Puts letter, sign and at least @p width digits, 1 or 2; answers the length.
 int putExponent(char* at, char letter, int exponent, int width) {
     char digits[8];
-    int count = 0;
-    for (auto rest = static_cast<unsigned>(exponent < 0 ? -exponent : exponent); rest != 0 || count < width; rest /= 10)
-        digits[count++] = static_cast<char>('0' + rest % 10);
+    char* const end = digits + sizeof digits;
+    const auto magnitude = static_cast<std::uint32_t>(exponent < 0 ? -exponent : exponent);
+    const char* const first = width == 2 && magnitude < 10 ? putPair(end, magnitude) : putDecimal(end, magnitude);
     at[0] = letter;
     at[1] = exponent < 0 ? '-' : '+';
-    std::reverse_copy(digits, digits + count, at + 2);
-    return count + 2;
+    std::memcpy(at + 2, first, static_cast<std::size_t>(end - first));
+    return static_cast<int>(end - first) + 2;
 }
 
 bool emitFixed(FormatSink& sink, const FormatSpec& spec, FormatField& field, Decimal decimal, int places) {
@@ -152,7 +153,7 @@ bool emitHexadecimal(FormatSink& sink, const FormatSpec& spec, FormatField& fiel
 
 bool formatFloat(FormatSink& sink, const FormatSpec& spec, const BinaryFloat& number) {
     FormatField field;
-    field.sign(spec, number.negative);
+    field.prefix(spec.sign(number.negative));
     if (number.kind != BinaryFloat::finite) {
         const bool infinite = number.kind == BinaryFloat::infinite;
         field.text(isUpper(spec) ? (infinite ? "INF" : "NAN") : (infinite ? "inf" : "nan"), 3);

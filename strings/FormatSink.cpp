@@ -1,21 +1,15 @@
 #include "strings/FormatSink.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace kora {
 
-void FormatSink::write(const char* text, std::size_t length) {
-    while (length > room_) {
-        if (!makeRoom()) return;
+void FormatSink::writePieces(const char* text, std::size_t length) {
+    while (length != 0 && makeRoom()) {
         const std::size_t part = std::min(length, room_);
-        std::memmove(at_, text, part);
-        at_ += part, room_ -= part;
+        copy(text, part);
         text += part, length -= part;
     }
-    // A text may stand in the buffer it is written to.
-    std::memmove(at_, text, length);
-    at_ += length, room_ -= length;
 }
 
 void FormatSink::fill(char c, std::size_t length) {

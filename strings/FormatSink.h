@@ -3,7 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <string>
+#include <utility>
 
 namespace kora {
 
@@ -22,8 +24,30 @@ public:
     }
     int count() const { return count_; }  ///< characters claimed, whether there was room for them or not
 
-    void write(const char* text, std::size_t length);
+    void write(const char* text, std::size_t length) {
+        if (length > room_) {
+            writePieces(text, length);
+        } else {
+            copy(text, length);
+        }
+    }
     void fill(char c, std::size_t length);
+    /// Room for @p length characters that the caller fills in, or null where they have to be written.
+    char* reserve(std::size_t length) {
+        if (length > room_) return nullptr;
+        room_ -= length;
+        return std::exchange(at_, at_ + length);
+    }
+    /// Copies @p text up to a percent sign or the end, or as far as is worth doing byte by byte; answers how many
+    /// characters. They are not claimed yet.
+    int writeRun(const char* text) {
+        char* const to = at_;
+        const int most = room_ < 32 ? static_cast<int>(room_) : 32;
+        int length = 0;
+        for (; length < most && text[length] != '%' && text[length] != '\0'; ++length) to[length] = text[length];
+        at_ = to + length, room_ -= static_cast<std::size_t>(length);
+        return length;
+    }
 
 protected:
     FormatSink(char* window, std::size_t room) : at_(window), room_(room) {}
@@ -36,6 +60,32 @@ private:
 
     /// Called with no room left; gives the window room again, or leaves it full and what follows is dropped.
     virtual void drain() {}
+    /// Copies what there is room for. Pieces are short, and a text may stand in the buffer it is written to.
+    void copy(const char* text, std::size_t length) {
+        char* const to = at_;
+        at_ += length, room_ -= length;
+        if (length > 16) {
+            std::memmove(to, text, length);
+        } else if (length >= 8) {
+            copyEnds<std::uint64_t>(to, text, length);
+        } else if (length >= 4) {
+            copyEnds<std::uint32_t>(to, text, length);
+        } else if (length >= 2) {
+            copyEnds<std::uint16_t>(to, text, length);
+        } else if (length == 1) {
+            *to = *text;
+        }
+    }
+    /// Copies up to two words' length as two words, which may overlap.
+    template <typename Word>
+    static void copyEnds(char* to, const char* from, std::size_t length) {
+        Word first, last;
+        std::memcpy(&first, from, sizeof first);
+        std::memcpy(&last, from + length - sizeof last, sizeof last);
+        std::memcpy(to, &first, sizeof first);
+        std::memcpy(to + length - sizeof last, &last, sizeof last);
+    }
+    void writePieces(const char* text, std::size_t length);
     bool makeRoom() { return room_ != 0 || (drain(), room_ != 0); }
 
     char* at_;

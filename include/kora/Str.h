@@ -226,9 +226,43 @@ KORA_API int StrVerify(const CString& s, const char* set, int setSize);
 
 /// Replaces every run of characters other than A-Z, a-z and 0-9 by one "_".
 KORA_API void StrConvertNonNameChars(CString& s);
+
+/// Formatted output into a buffer. No size is applied: the caller provides room for all of it and the NUL.
+///
+/// The engine is the library's own and prints the same on every platform: the conversions d i u o x X c s p f F e E g
+/// G a A b B n and %, the flags - + blank # 0, width and precision (also as *, where a negative width means flag - and
+/// a negative precision none), and the lengths hh h l ll j z t L, all as in C. Sizes are those of the platform: long
+/// has 32 bits on Windows. Floating point is exact and rounded to the nearest, of two equally near to the even one;
+/// there is no locale.
+///
+///     "%05.1f"  3.25         003.2
+///     "%s"      null         (null), or nothing with a precision below 6
+///     "%p"      null         (nil)
+///     "%n"      a pointer    nothing, and nothing is stored
+///     "%ls"     wide text    its characters, which have to be below 128
+///     "%-5k"    no argument  %-5k: there is no such conversion
+///
+/// A text that is printed may stand at the start of the buffer itself if it is printed first.
+///
+/// @return the number of characters written, the NUL included. -1 when @p buffer or @p format is null, when the format
+/// ends within a conversion, when a width, a precision or the whole is longer than an int can say, and at a wide
+/// character above 127; what comes before is in the buffer then, with its NUL.
 KORA_API int Strsprintf(char* buffer, const char* format, ...);
+
+/// The same with the arguments as a list, which is used up.
 KORA_API int Strvsprintf(char* buffer, const char* format, va_list args);
+
+/// Formatted output to standard output: Strfprintf() with that stream.
 KORA_API int Strprintf(const char* format, ...);
+
+/// The same with the arguments as a list, which is used up.
 KORA_API int Strvprintf(const char* format, va_list args);
+
+/// Formatted output to a C stream, as Strsprintf() prints it, without a NUL.
+///
+/// @return the number of characters written. -1 for a null stream, where writing fails, and where Strsprintf() answers
+/// -1; some characters may be written then.
 KORA_API int Strfprintf(std::FILE* stream, const char* format, ...);
+
+/// The same with the arguments as a list, which is used up.
 KORA_API int Strvfprintf(std::FILE* stream, const char* format, va_list args);
