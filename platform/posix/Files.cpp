@@ -162,6 +162,7 @@ bool isSameEntry(const std::string& a, const std::string& b) {
 
 bool FileSystem::status(const std::string& path, FileStatus& status, Failure& failure) {
     return onPath(path, failure, [&](const std::string& native) {
+        if (isKnownMissing(native)) return fail(failure, ENOENT);
         struct statx found;
         std::optional<std::int64_t> setTime;
         bool writable = false;

@@ -1,6 +1,7 @@
 #include <dirent.h>
-#include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -36,6 +37,7 @@ struct Listing {
     dev_t device = 0;
     ino_t node = 0;
     timespec changed = {};
+    bool certain = false;               // every change of the directory shows in its change time
     std::vector<std::uint64_t> hashes;  // sorted once it is kept
 
     bool isOf(const struct stat& directory) const {
@@ -49,6 +51,8 @@ constexpr std::size_t kMaxNames = 1'000'000;  // 8 MB in all
 
 struct Listings {
     std::mutex mutex;
+
+    bool contains(const std::string& directory) const { return byDirectory_.contains(directory); }
 
     /// The listing of @p directory, if it still holds; null otherwise.
     const Listing* of(const std::string& directory, const struct stat& asItStands) const {
@@ -78,6 +82,23 @@ Listings& listings() {
     return all;
 }
 
+/// Whether every change of a directory on the file system of @p descriptor moves its change time. It does on the
+/// usual disks; what the system makes up, or fetches from elsewhere, comes and goes unannounced.
+bool announcesChanges(int descriptor) {
+    struct statfs system;
+    if (fstatfs(descriptor, &system) != 0) return false;
+    switch (system.f_type) {
+        case BTRFS_SUPER_MAGIC:
+        case EXT4_SUPER_MAGIC:
+        case OVERLAYFS_SUPER_MAGIC:
+        case TMPFS_MAGIC:
+        case XFS_SUPER_MAGIC:
+            return true;
+        default:
+            return false;
+    }
+}
+
 /// Whether a change after the time @p now would be sure to show in a change time of @p changed. A file system that
 /// counts whole (or two) seconds needs longer than one that counts the system's ticks.
 bool isSettled(const timespec& changed, const timespec& now) {
@@ -102,17 +123,21 @@ std::string variantIn(const std::string& directory, const struct stat& asItStand
     const std::unique_ptr<DIR, CloseDirectory> stream(opendir(directory.c_str()));
     struct stat opened;
     if (!stream || fstat(dirfd(stream.get()), &opened) != 0) return {};
-    Listing listing{opened.st_dev, opened.st_ino, opened.st_ctim, {}};
+    Listing listing{opened.st_dev, opened.st_ino, opened.st_ctim, announcesChanges(dirfd(stream.get())), {}};
     std::string best;
     bool exact = false;
-    while (const dirent* entry = readdir(stream.get())) {
+    for (;;) {
+        errno = 0;
+        const dirent* entry = readdir(stream.get());
+        if (!entry) break;
         const std::string_view name = entry->d_name;
         if (listing.hashes.size() < kMaxNames) listing.hashes.push_back(foldedHash(name));
         if (exact || !sameFolded(name, part)) continue;
         exact = name == part;
         if (exact || best.empty() || name < best) best = name;
     }
-    if (listing.hashes.size() < kMaxNames && isSettled(opened.st_ctim, now)) all.keep(directory, std::move(listing));
+    const bool whole = errno == 0 && listing.hashes.size() < kMaxNames;
+    if (whole && isSettled(opened.st_ctim, now)) all.keep(directory, std::move(listing));
     return best;
 }
 
@@ -122,6 +147,17 @@ bool isThere(const std::string& native) {
 }
 
 }  // namespace
+
+bool isKnownMissing(const std::string& native) {
+    const std::size_t leaf = native.rfind('/') + 1;  // 0 without a directory, which is never listed
+    const std::string directory = native.substr(0, leaf);
+    Listings& all = listings();
+    const std::lock_guard lock(all.mutex);
+    struct stat asItStands;
+    if (!all.contains(directory) || stat(directory.c_str(), &asItStands) != 0) return false;
+    const Listing* known = all.of(directory, asItStands);
+    return known && known->certain && !known->holds(foldedHash(std::string_view(native).substr(leaf)));
+}
 
 std::string findName(const std::string& native) {
     return isThere(native) || errno != ENOENT ? native : findVariant(native);
