@@ -206,7 +206,8 @@ void messagesStop();
 /// Posts a message; safe on every thread, and wakes messagesWait(). False when messages are not started.
 bool messagesPost(std::uint32_t receiver, std::uintptr_t value);
 /// Handles every message that waits and answers how many. On Windows that is the thread's whole queue; each window
-/// message is offered to @p translate first (non-zero: handled), which may be null.
+/// message is offered to @p translate first (non-zero: handled), which may be null. A message that a handler posts
+/// waits for the next call; an exception of a handler passes through, and the messages behind it wait as well.
 int messagesPump(int (*translate)(tagMSG*));
 /// Sleeps until a message waits or @p milliseconds have passed; 0xFFFFFFFF waits without end.
 void messagesWait(std::uint32_t milliseconds);
