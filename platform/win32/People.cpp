@@ -9,7 +9,7 @@ int showAlert(const char* text, unsigned style) {
         // Without a window to belong to, the box still keeps the user from this thread's other windows.
         const int answer =
             MessageBoxA(owner, text ? text : "", applicationTitle().c_str(), owner ? style : style | MB_TASKMODAL);
-        if (answer != 0) return answer;
+        if (answer > 0) return answer;
     }
     tellUnattended(text);
     return defaultButton(style);
