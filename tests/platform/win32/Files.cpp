@@ -1,0 +1,116 @@
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "platform/Platform.h"
+#include "tests/support/TestFolder.h"
+
+namespace {
+
+using namespace kora::platform;
+using kora::test::TestFolder;
+
+/// Another program that has a file open for reading and lets others do what @p share says.
+class Held {
+public:
+    Held(const std::string& path, DWORD share)
+        : file_(CreateFileA(path.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr)) {
+        EXPECT_NE(file_, INVALID_HANDLE_VALUE);
+    }
+    ~Held() { CloseHandle(file_); }
+    Held(const Held&) = delete;
+    Held& operator=(const Held&) = delete;
+
+private:
+    HANDLE file_;
+};
+
+TEST(HeldFile, IsBusy) {
+    const TestFolder folder;
+    folder.write("held", "old");
+    folder.write("new", "new");
+    const std::string held = folder.path("held"), other = folder.path("new");
+    FileSystem& files = fileSystem();
+    std::string bytes;
+    struct Row {
+        const char* what;
+        std::function<bool(Failure&)> operation;
+    };
+    const Row rows[] = {
+        {"read", [&](Failure& f) { return files.read(held, bytes, f); }},
+        {"replace", [&](Failure& f) { return files.write(held, "x", WriteMode::replace, false, f); }},
+        {"append", [&](Failure& f) { return files.write(held, "x", WriteMode::append, false, f); }},
+        {"remove", [&](Failure& f) { return files.remove(held, f); }},
+        {"rename", [&](Failure& f) { return files.rename(held, folder.path("to"), f); }},
+        {"rename over it", [&](Failure& f) { return files.rename(other, held, f); }},
+    };
+    Failure failure;
+    {
+        const Held closed(held, 0);
+        for (const Row& row : rows) {
+            failure = {};
+            EXPECT_FALSE(row.operation(failure)) << row.what;
+            EXPECT_EQ(failure.cause, Cause::busy) << row.what << ", code " << failure.code;
+        }
+        FileStatus status;
+        EXPECT_TRUE(files.status(held, status, failure));
+    }
+    EXPECT_TRUE(files.rename(other, held, failure));
+    EXPECT_EQ(folder.read("held"), "new");
+}
+
+TEST(HeldFile, OfAReaderThatSharesCanBeReadAndWritten) {
+    const TestFolder folder;
+    folder.write("f", "old");
+    const Held reader(folder.path("f"), FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
+    Failure failure;
+    std::string bytes;
+    EXPECT_TRUE(fileSystem().read(folder.path("f"), bytes, failure));
+    EXPECT_TRUE(fileSystem().write(folder.path("f"), "newer", WriteMode::replace, true, failure));
+    EXPECT_TRUE(fileSystem().write(folder.path("f"), "!", WriteMode::append, true, failure));
+    EXPECT_EQ(folder.read("f"), "newer!");
+}
+
+TEST(FileAttributes, DoNotStandInTheWay) {
+    const TestFolder folder;
+    folder.write("hidden", "old");
+    const std::string hidden = folder.path("hidden");
+    ASSERT_TRUE(SetFileAttributesA(hidden.c_str(), FILE_ATTRIBUTE_HIDDEN));
+    Failure failure;
+    EXPECT_TRUE(fileSystem().write(hidden, "new", WriteMode::replace, false, failure)) << failure.code;
+    EXPECT_EQ(folder.read("hidden"), "new");
+    // On a directory the read-only attribute does not keep anybody from writing.
+    folder.makeFolder("d");
+    ASSERT_TRUE(SetFileAttributesA(folder.path("d").c_str(), FILE_ATTRIBUTE_READONLY));
+    FileStatus status;
+    ASSERT_TRUE(fileSystem().status(folder.path("d"), status, failure));
+    EXPECT_FALSE(status.readOnly);
+    EXPECT_TRUE(fileSystem().write(folder.path("d\\f"), "x", WriteMode::createNew, false, failure));
+    SetFileAttributesA(folder.path("d").c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST(DeviceNames, AreNoFiles) {
+    for (const char* name : {"NUL", "CON"}) {
+        SCOPED_TRACE(name);
+        std::string bytes;
+        Failure failure;
+        EXPECT_FALSE(fileSystem().read(name, bytes, failure));
+        EXPECT_FALSE(fileSystem().write(name, "x", WriteMode::append, false, failure));
+    }
+}
+
+TEST(BareDrive, IsItsRoot) {
+    std::vector<DirectoryEntry> bare, root;
+    Failure failure;
+    const std::string drive = environment().systemDirectory().substr(0, 2);
+    ASSERT_TRUE(fileSystem().list(drive, bare, failure));
+    ASSERT_TRUE(fileSystem().list(drive + '\\', root, failure));
+    EXPECT_EQ(bare.size(), root.size());
+    EXPECT_FALSE(fileSystem().createDirectory(drive, failure));
+    EXPECT_EQ(failure.cause, Cause::exists);
+}
+
+}  // namespace
