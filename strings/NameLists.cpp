@@ -1,11 +1,13 @@
 #include <kora/Str.h>
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <numeric>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -20,37 +22,88 @@ namespace {
 
 using Index = std::uint32_t;
 
-// Numbers the different texts in their order as they are met, so that names are compared by numbers afterwards.
+// Texts by number: equal texts get equal numbers, and the numbers are in the texts' order. Lists have few different
+// prefixes and suffixes, so that most of their names are compared by numbers alone.
 class TextRanks {
 public:
-    // An entry for the text; rank() answers for it once all are in.
-    Index entry(std::string_view text) {
-        // Neighbours in a list mostly share their prefix.
-        if (texts_.empty() || texts_[last_] != text) {
-            const auto [found, isNew] = entries_.try_emplace(text, static_cast<Index>(texts_.size()));
-            if (isNew) texts_.push_back(text);
-            last_ = found->second;
-        }
-        return last_;
+    explicit TextRanks(std::size_t most) : slots_(std::bit_ceil(2 * most + 1), kFree) {}
+
+    /// Takes the next text in.
+    void add(std::string_view text) {
+        // Neighbours in a list mostly agree.
+        if (texts_.empty() || texts_[last_] != text) last_ = entryOf(text);
+        entries_.push_back(last_);
     }
 
-    void sort() {
-        std::vector<Index> order(texts_.size());
-        std::iota(order.begin(), order.end(), Index{0});
-        std::sort(order.begin(), order.end(),
-                  [this](Index a, Index b) { return compareTexts(texts_[a], texts_[b]) < 0; });
-        ranks_.resize(order.size());
-        for (std::size_t rank = 0; rank < order.size(); ++rank) ranks_[order[rank]] = static_cast<Index>(rank);
+    /// The rank of every text, in the order in which they were added.
+    std::vector<Index> ranks() && {
+        struct Place {
+            std::uint64_t head;
+            Index text;
+        };
+        std::vector<Place> places;
+        places.reserve(texts_.size());
+        for (const std::string_view text : texts_) places.push_back({headOf(text), static_cast<Index>(places.size())});
+        std::sort(places.begin(), places.end(), [this](const Place& a, const Place& b) {
+            return a.head != b.head ? a.head < b.head : compareTexts(texts_[a.text], texts_[b.text]) < 0;
+        });
+        std::vector<Index> rankOf(places.size());
+        for (std::size_t rank = 0; rank < places.size(); ++rank) rankOf[places[rank].text] = static_cast<Index>(rank);
+        for (Index& entry : entries_) entry = rankOf[entry];
+        return std::move(entries_);
     }
-
-    Index rank(Index entry) const { return ranks_[entry]; }
 
 private:
-    std::unordered_map<std::string_view, Index> entries_;
+    static constexpr Index kFree = static_cast<Index>(-1);
+
+    Index entryOf(std::string_view text) {
+        const std::size_t mask = slots_.size() - 1;
+        std::size_t at = std::hash<std::string_view>{}(text)&mask;
+        while (slots_[at] != kFree && texts_[slots_[at]] != text) at = (at + 1) & mask;
+        if (slots_[at] == kFree) {
+            slots_[at] = static_cast<Index>(texts_.size());
+            texts_.push_back(text);
+        }
+        return slots_[at];
+    }
+
+    // The first eight bytes as one number in the order of signed bytes. Shorter texts are filled up with the least
+    // byte.
+    static std::uint64_t headOf(std::string_view text) {
+        std::uint64_t head = 0;
+        for (std::size_t i = 0; i < 8; ++i) {
+            const int byte = i < text.size() ? signedByte(text[i]) : -128;
+            head = head << 8 | static_cast<std::uint64_t>(byte + 128);
+        }
+        return head;
+    }
+
+    std::vector<Index> slots_;
     std::vector<std::string_view> texts_;
-    std::vector<Index> ranks_;
+    std::vector<Index> entries_;
     Index last_ = 0;
 };
+
+std::vector<Index> listedOrder(std::size_t count) {
+    std::vector<Index> order(count);
+    std::iota(order.begin(), order.end(), Index{0});
+    return order;
+}
+
+// Puts `order` into the order of the keys it names; equal keys stay as they stand.
+void sortByKey(std::vector<Index>& order, const std::vector<Index>& keys) {
+    constexpr int kDigitBits = 11;
+    constexpr Index kDigitMask = (1U << kDigitBits) - 1;
+    const Index greatest = keys.empty() ? 0 : *std::max_element(keys.begin(), keys.end());
+    std::vector<Index> sorted(order.size());
+    for (int shift = 0; shift < 32 && greatest >> shift != 0; shift += kDigitBits) {
+        std::array<Index, kDigitMask + 1> starts{};
+        for (const Index key : keys) ++starts[key >> shift & kDigitMask];
+        std::exclusive_scan(starts.begin(), starts.end(), starts.begin(), Index{0});
+        for (const Index item : order) sorted[starts[keys[item] >> shift & kDigitMask]++] = item;
+        order.swap(sorted);
+    }
+}
 
 std::vector<NameParts> splitAll(const CStringArray& names, std::size_t count) {
     std::vector<NameParts> items;
@@ -61,36 +114,19 @@ std::vector<NameParts> splitAll(const CStringArray& names, std::size_t count) {
 
 // The indexes of the items in list order: by prefix, names with a number before those without, number, suffix.
 std::vector<Index> listOrder(const std::vector<NameParts>& items) {
-    struct Key {
-        std::uint64_t prefixAndNumber;
-        Index suffix;
-        Index item;
-    };
-    constexpr int kNumberBits = 20;  // nine digits make at most 459999
-    constexpr std::uint64_t kNoNumber = (1U << kNumberBits) - 1;
-
-    TextRanks prefixes, suffixes;
-    std::vector<Key> keys;
-    keys.reserve(items.size());
+    constexpr Index kNoNumber = 1U << 19;  // nine digits make at most 459999
+    TextRanks prefixes(items.size()), suffixes(items.size());
+    std::vector<Index> numbers;
+    numbers.reserve(items.size());
     for (const NameParts& item : items) {
-        keys.push_back({prefixes.entry(item.prefix), suffixes.entry(item.suffix), static_cast<Index>(keys.size())});
+        prefixes.add(item.prefix);
+        suffixes.add(item.suffix);
+        numbers.push_back(item.digits.empty() ? kNoNumber : static_cast<Index>(item.number));
     }
-    prefixes.sort();
-    suffixes.sort();
-    for (Key& key : keys) {
-        const NameParts& item = items[key.item];
-        const std::uint64_t number = item.digits.empty() ? kNoNumber : static_cast<std::uint64_t>(item.number);
-        const std::uint64_t prefix = prefixes.rank(static_cast<Index>(key.prefixAndNumber));
-        key.prefixAndNumber = prefix << kNumberBits | number;
-        key.suffix = suffixes.rank(key.suffix);
-    }
-    std::sort(keys.begin(), keys.end(), [](const Key& a, const Key& b) {
-        if (a.prefixAndNumber != b.prefixAndNumber) return a.prefixAndNumber < b.prefixAndNumber;
-        return a.suffix != b.suffix ? a.suffix < b.suffix : a.item < b.item;
-    });
-
-    std::vector<Index> order(keys.size());
-    std::transform(keys.begin(), keys.end(), order.begin(), [](const Key& key) { return key.item; });
+    std::vector<Index> order = listedOrder(items.size());
+    sortByKey(order, std::move(suffixes).ranks());
+    sortByKey(order, numbers);
+    sortByKey(order, std::move(prefixes).ranks());
     return order;
 }
 
@@ -163,13 +199,7 @@ void StrMakeNameListString(const CStringArray& names, CString& result, bool sort
     CString list;
     stringState.error = !guarded([&] {
         const std::vector<NameParts> items = splitAll(names, names.size());
-        std::vector<Index> order;
-        if (sortFirst) {
-            order = listOrder(items);
-        } else {
-            order.resize(items.size());
-            std::iota(order.begin(), order.end(), Index{0});
-        }
+        const std::vector<Index> order = sortFirst ? listOrder(items) : listedOrder(items.size());
         RangeWriter writer(names, list);
         for (const Index item : order) writer.add(item, items[item]);
         writer.close();

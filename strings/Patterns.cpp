@@ -1,5 +1,6 @@
 #include <kora/Str.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <memory_resource>
@@ -29,6 +30,7 @@ public:
         }
         if (rest_.empty()) return text.empty();
         if (rest_.find('#') == std::string_view::npos) return matchesStars(text);
+        if (rest_ == "#") return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
         bool matched = false;
         return guarded([&] { matched = matchesStates(text); }) && matched;
     }
@@ -72,6 +74,8 @@ private:
         std::pmr::monotonic_buffer_resource memory(room.data(), room.size());
         Places now(&memory);
         Places next(&memory);
+        now.reserve(rest_.size() + 1);
+        next.reserve(rest_.size() + 1);
         reach(0, now);
         for (const char c : text) {
             next.clear();

@@ -67,29 +67,54 @@ std::size_t twoWaySearch(std::string_view text, std::string_view sought) {
     return std::string_view::npos;
 }
 
+constexpr std::size_t kBlock = 32;
+
+// Whether one of kBlock places has byte `x` in `atX` and byte `y` in `atY`. Compilers make a few vector operations of
+// it.
+bool blockHolds(const char* atX, char x, const char* atY, char y) {
+    unsigned char found = 0;
+    for (std::size_t i = 0; i < kBlock; ++i) found |= static_cast<unsigned char>((atX[i] == x) & (atY[i] == y));
+    return found != 0;
+}
+
 }  // namespace
 
 std::size_t findText(std::string_view text, std::string_view sought) {
-    if (sought.empty()) return 0;
+    if (sought.size() <= 1) return sought.empty() ? 0 : text.find(sought.front());
+    if (text.size() < sought.size()) return std::string_view::npos;
+    // Two bytes of the sought text, different ones where it has any, rule most places out; often one of them all.
+    const char first = sought.front();
+    const std::size_t different = sought.find_last_not_of(first);
+    const std::size_t offset = different == std::string_view::npos ? sought.size() - 1 : different;
+    const char second = sought[offset];
+
+    const char* const places = text.data();
+    const std::size_t count = text.size() - sought.size() + 1;
     std::size_t at = 0;
-    // memchr for one byte of the sought text, the last and then the first, is the fastest while it seldom deceives.
-    for (const std::size_t anchor : {sought.size() - 1, std::size_t{0}}) {
-        const std::size_t began = at;
-        std::size_t wasted = 0;
-        while (wasted <= 2 * (at - began) + 64) {
-            if (text.size() - at < sought.size()) return std::string_view::npos;
-            const std::string_view places = text.substr(at + anchor, text.size() - at - sought.size() + 1);
-            const void* hit = std::memchr(places.data(), sought[anchor], places.size());
-            if (!hit) return std::string_view::npos;
-            at += static_cast<std::size_t>(static_cast<const char*>(hit) - places.data());
+    for (const std::size_t known : {std::size_t{0}, offset}) {
+        const void* hit = std::memchr(places + at + known, sought[known], count - at);
+        if (!hit) return std::string_view::npos;
+        at = static_cast<std::size_t>(static_cast<const char*>(hit) - places) - known;
+    }
+    std::size_t wasted = 0;
+    while (at < count) {
+        if (count - at >= kBlock && !blockHolds(places + at, first, places + at + offset, second)) {
+            at += kBlock;
+            continue;
+        }
+        for (const std::size_t end = std::min(at + kBlock, count); at < end; ++at) {
+            if ((places[at] != first) | (places[at + offset] != second)) continue;
             const std::size_t common = commonPrefix(text.substr(at), sought);
             if (common == sought.size()) return at;
             wasted += common + 4;
-            ++at;
+        }
+        // Where the two bytes deceive too often, the search that never looks back takes over.
+        if (wasted > at + 64) {
+            const std::size_t found = twoWaySearch(text.substr(at), sought);
+            return found == std::string_view::npos ? found : at + found;
         }
     }
-    const std::size_t found = twoWaySearch(text.substr(at), sought);
-    return found == std::string_view::npos ? found : at + found;
+    return std::string_view::npos;
 }
 
 }  // namespace kora
