@@ -5,12 +5,10 @@
 #include <string_view>
 
 #include "strings/Bytes.h"
+#include "strings/WhiteSpace.h"
 
 /// Numbers at the beginning of texts that people wrote: what stands behind the number is the caller's.
 namespace kora {
-
-/// Blank, tab, line feed, vertical tab, form feed, carriage return.
-constexpr bool isWhiteSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 struct ScannedNumber {
     std::uint32_t value = 0;  ///< wraps at 32 bits; a minus negates it
@@ -22,8 +20,7 @@ struct ScannedNumber {
 ///
 ///     "12abc" 12     " -7" -7     "0x1f" in base 16: 31; in base 10: 0     "abc", "-", "0x" in base 16: nothing
 constexpr std::optional<ScannedNumber> scanNumber(std::string_view& text, unsigned base) {
-    std::string_view rest = text;
-    while (!rest.empty() && isWhiteSpace(rest.front())) rest.remove_prefix(1);
+    std::string_view rest = trimStart(text);
     const bool negative = rest.starts_with('-');
     if (negative || rest.starts_with('+')) rest.remove_prefix(1);
     if (base == 16 && (rest.starts_with("0x") || rest.starts_with("0X"))) rest.remove_prefix(2);
