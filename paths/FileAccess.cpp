@@ -35,9 +35,9 @@ bool FilePath::failed(const Failure& failure) {
 }
 
 bool FilePath::FileExists() try {
-    FileKind kind;
+    FileStatus status;
     Failure failure;
-    if (fileSystem().kind(FileStringGet(), kind, failure)) return kind == FileKind::file;
+    if (fileSystem().status(FileStringGet(), status, failure)) return status.kind == FileKind::file;
     return failure.cause == Cause::notFound ? false : failed(failure);
 } catch (const std::exception&) {
     return failed(kNoMemory);

@@ -45,10 +45,11 @@ private:
     HANDLE handle_;
 };
 
-/// A function that not every supported system has; null where it is missing.
+/// A function of a system library that not every supported system has; null where it is missing.
 template <typename Function>
 Function systemFunction(const char* library, const char* name) {
-    const HMODULE module = GetModuleHandleA(library);
+    HMODULE module = GetModuleHandleA(library);
+    if (!module) module = LoadLibraryA(library);  // and it stays, as one that is linked does
     return module ? reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, name))) : nullptr;
 }
 

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+#include <vector>
+
+/// The hash tables behind the main profile.
+namespace kora {
+
+/// A hash that is equal for texts that are equal without regard to case.
+inline std::uint32_t foldedHash(std::string_view text) {
+    // One bit more in every byte makes the two cases of a letter one; that it also joins other characters does not
+    // matter to a hash.
+    constexpr std::uint64_t kFold = 0x2020202020202020, kSpread = 0x9E3779B97F4A7C15;
+    std::uint64_t hash = text.size();
+    // The high half of the product has the low half's bits in it but not the other way round, hence the shift.
+    const auto mix = [&](std::uint64_t word) {
+        hash = (hash ^ (word | kFold)) * kSpread;
+        hash ^= hash >> 32;
+    };
+    const auto load = [](const char* from, std::size_t count) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, from, count);
+        return word;
+    };
+    const char* from = text.data();
+    std::size_t left = text.size();
+    for (; left >= 8; from += 8, left -= 8) mix(load(from, 8));
+    if (left >= 4)
+        mix(load(from, 4) | load(from + left - 4, 4) << 32);
+    else if (left > 0)
+        mix(load(from, 1) | load(from + left / 2, 1) << 8 | load(from + left - 1, 1) << 16);
+    return static_cast<std::uint32_t>(hash * kSpread >> 32);
+}
+
+/// Finds places in an array by hash: open addressing over hashes and indexes, the elements stay with the caller.
+class HashIndex {
+public:
+    static constexpr std::uint32_t kNone = UINT32_MAX;
+
+    /// The index of the element with @p hash that @p isEqual(index) accepts; kNone when there is none.
+    template <class IsEqual>
+    std::uint32_t find(std::uint32_t hash, IsEqual&& isEqual) const {
+        return slots_.empty() ? kNone : slots_[place(hash, isEqual)].index;
+    }
+
+    /// The same; where there is none, an element at @p index is entered.
+    template <class IsEqual>
+    std::uint32_t findOrAdd(std::uint32_t hash, IsEqual&& isEqual, std::uint32_t index) {
+        if (used_ >= slots_.size() / 4 * 3) resize();
+        Slot& slot = slots_[place(hash, isEqual)];
+        if (slot.index != kNone) return slot.index;
+        slot = {hash, index};
+        ++used_;
+        return kNone;
+    }
+
+private:
+    struct Slot {
+        std::uint32_t hash = 0;
+        std::uint32_t index = kNone;
+    };
+
+    /// Where the element is, or would be.
+    template <class IsEqual>
+    std::size_t place(std::uint32_t hash, IsEqual&& isEqual) const {
+        const std::size_t mask = slots_.size() - 1;
+        std::size_t at = hash & mask;
+        while (slots_[at].index != kNone && (slots_[at].hash != hash || !isEqual(slots_[at].index)))
+            at = (at + 1) & mask;
+        return at;
+    }
+
+    void resize() {
+        std::vector<Slot> before(slots_.empty() ? 8 : slots_.size() * 4);
+        before.swap(slots_);
+        for (const Slot& slot : before)
+            if (slot.index != kNone) slots_[place(slot.hash, [](std::uint32_t) { return false; })] = slot;
+    }
+
+    std::vector<Slot> slots_;  // a power of two, at most three quarters of them used
+    std::size_t used_ = 0;
+};
+
+}  // namespace kora

@@ -1,0 +1,91 @@
+#include "settings/ProfileTable.h"
+
+#include "settings/ProfileText.h"
+#include "strings/Bytes.h"
+
+namespace kora {
+
+namespace {
+
+// Memory for entries is taken for lines of this length at once; longer ones leave some of it unused.
+constexpr std::size_t kUsualLine = 40;
+
+}  // namespace
+
+struct ProfileTable::SameKey {
+    const std::vector<Entry>& entries;
+    std::string_view key;
+
+    bool operator()(std::uint32_t index) const {
+        const std::string_view other = entries[index].key();
+        return other == key || equalIgnoringCase(other, key);
+    }
+};
+
+std::uint32_t ProfileTable::sectionIndex(std::string_view name) const {
+    if (lastSection_ < sections_.size() && sections_[lastSection_].name == name) return lastSection_;
+    const std::uint32_t found =
+        sectionsByName_.find(foldedHash(name), [&](std::uint32_t index) { return sections_[index].name == name; });
+    if (found != HashIndex::kNone) lastSection_ = found;
+    return found;
+}
+
+std::uint32_t ProfileTable::sectionMade(std::string_view name) {
+    const auto next = static_cast<std::uint32_t>(sections_.size());
+    sections_.push_back({name, {}, {}});
+    const std::uint32_t found = sectionsByName_.findOrAdd(
+        foldedHash(name), [&](std::uint32_t index) { return sections_[index].name == name; }, next);
+    if (found == HashIndex::kNone) return next;
+    sections_.pop_back();
+    return found;
+}
+
+std::string_view ProfileTable::add(std::string added) {
+    texts_.push_back(std::make_unique<std::string>(std::move(added)));
+    const std::string_view text = *texts_.back();
+    const auto firstOfFile = static_cast<std::uint32_t>(entries_.size());
+    entries_.reserve(entries_.size() + text.size() / kUsualLine);
+    const bool hasNul = text.find('\0') != text.npos;
+    Section* section = nullptr;
+    LinePlace place;
+    for (std::size_t at = 0; at < text.size(); at = place.next) {
+        place = lineAt(text, at);
+        const ProfileLine line = readProfileLine(place.in(text), hasNul);
+        const auto next = static_cast<std::uint32_t>(entries_.size());
+        if (line.kind == ProfileLine::Kind::header) {
+            section = &sections_[sectionMade(line.name)];
+            section->runs.push_back({next, 0});
+        } else if (line.kind == ProfileLine::Kind::entry && section) {
+            entries_.push_back({line.name.data(), static_cast<std::uint16_t>(line.name.size()),
+                                static_cast<std::uint16_t>(line.value.data() - line.name.data()),
+                                static_cast<std::uint16_t>(line.value.size())});
+            const std::uint32_t before =
+                section->keys.findOrAdd(foldedHash(line.name), SameKey{entries_, line.name}, next);
+            if (before < firstOfFile)
+                entries_.pop_back();
+            else
+                ++section->runs.back().count;
+        }
+    }
+    return text;
+}
+
+std::optional<std::string_view> ProfileTable::value(std::string_view section, std::string_view key) const {
+    const std::uint32_t index = sectionIndex(section);
+    if (index == HashIndex::kNone) return std::nullopt;
+    const std::uint32_t found = sections_[index].keys.find(foldedHash(key), SameKey{entries_, key});
+    if (found == HashIndex::kNone) return std::nullopt;
+    return entries_[found].value();
+}
+
+const ProfileTable::Entry* ProfileTable::entry(std::string_view section, std::size_t index) const {
+    const std::uint32_t found = sectionIndex(section);
+    if (found == HashIndex::kNone) return nullptr;
+    for (const Run& run : sections_[found].runs) {
+        if (index < run.count) return &entries_[run.first + index];
+        index -= run.count;
+    }
+    return nullptr;
+}
+
+}  // namespace kora

@@ -1,0 +1,94 @@
+#include "settings/ProfileText.h"
+
+#include "strings/Bytes.h"
+#include "strings/WhiteSpace.h"
+
+namespace kora {
+
+namespace {
+
+bool isPrintable(std::string_view text) {
+    bool printable = true;
+    for (const char c : text) printable &= static_cast<unsigned char>(c) >= ' ' && c != '\x7f';
+    return printable;
+}
+
+/// @p line without the white space before its `[`.
+bool readHeader(std::string_view line, ProfileLine& header) {
+    const std::size_t close = line.find(']');
+    if (close == line.npos || !trim(line.substr(close + 1)).empty()) return false;
+    header.name = trim(line.substr(1, close - 1));
+    if (header.name.empty()) return false;
+    header.kind = ProfileLine::Kind::header;
+    return true;
+}
+
+}  // namespace
+
+ProfileLine readProfileLine(std::string_view line, bool mayHaveNul) {
+    ProfileLine result;
+    line = line.substr(0, kProfileLineLimit);
+    if (mayHaveNul) line = line.substr(0, line.find('\0'));
+    if (line.empty() || line.front() == ';' || line.front() == '/') return result;
+
+    std::size_t first = 0;
+    while (first < line.size() && isWhiteSpace(line[first])) ++first;
+    if (first == line.size()) return result;
+    if (line[first] == '[' && readHeader(line.substr(first), result)) return result;
+
+    const std::size_t equals = line.find('=');
+    if (equals == line.npos) return result;
+    const std::string_view key = trimEnd(line.substr(0, equals));
+    if (key.empty() || !isPrintable(key)) return result;
+    result.kind = ProfileLine::Kind::entry;
+    result.name = key;
+    result.value = trim(line.substr(equals + 1));
+    return result;
+}
+
+LinePlace lineAt(std::string_view text, std::size_t begin) {
+    const std::size_t feed = text.find('\n', begin);
+    if (feed == text.npos) return {begin, text.size(), text.size()};
+    return {begin, feed, feed + 1};
+}
+
+bool SectionWalk::isWanted(const ProfileLine& line) const {
+    return line.kind == ProfileLine::Kind::header && equalIgnoringCase(line.name, section_);
+}
+
+/// The next header from here, of whatever section: brackets are rare, so they are looked for and not lines.
+bool SectionWalk::nextHeader(ProfileLine& line, LinePlace& place) const {
+    for (std::size_t open = text_.find('[', position_); open != text_.npos; open = text_.find('[', open + 1)) {
+        std::size_t begin = open;
+        while (begin > position_ && text_[begin - 1] != '\n' && isWhiteSpace(text_[begin - 1])) --begin;
+        if (begin > position_ && text_[begin - 1] != '\n') continue;
+        place = lineAt(text_, begin);
+        line = readProfileLine(place.in(text_));
+        if (line.kind == ProfileLine::Kind::header) return true;
+    }
+    return false;
+}
+
+bool SectionWalk::next(ProfileLine& line, LinePlace& place) {
+    while (position_ < text_.size()) {
+        if (inside_) {
+            place = lineAt(text_, position_);
+            line = readProfileLine(place.in(text_));
+        } else if (!nextHeader(line, place)) {
+            return false;
+        }
+        position_ = place.next;
+        if (line.kind == ProfileLine::Kind::header) inside_ = isWanted(line);
+        if (inside_) return true;
+    }
+    return false;
+}
+
+bool findProfileEntry(std::string_view text, std::string_view section, std::string_view key, ProfileLine& line,
+                      LinePlace& place) {
+    for (SectionWalk walk(text, section); walk.next(line, place);)
+        if (line.kind == ProfileLine::Kind::entry && equalIgnoringCase(line.name, key)) return true;
+    return false;
+}
+
+}  // namespace kora

@@ -1,0 +1,215 @@
+#include "settings/Store.h"
+
+#include <kora/File.h>
+
+#include <algorithm>
+#include <exception>
+#include <memory>
+#include <new>
+#include <string>
+
+#include "paths/Places.h"
+#include "paths/ProfileEntry.h"
+#include "paths/SharedDirectories.h"
+#include "platform/Platform.h"
+#include "settings/MainProfile.h"
+#include "settings/ProfileEdit.h"
+#include "settings/ProfileFile.h"
+#include "settings/ProfileTable.h"
+#include "settings/ProfileText.h"
+#include "settings/ValueText.h"
+#include "strings/Bytes.h"
+
+namespace kora {
+
+namespace {
+
+constexpr char kMainName[] = "ts.ini";
+constexpr char kStateName[] = "tsstate.ini";
+// What a profile's directory holds while the profile is written.
+constexpr char kScratchBase[] = "qznew96";
+constexpr char kBackupBase[] = "qzold96";
+constexpr char kBesideType[] = "ert";
+
+bool isOwnName(std::string_view name) {
+    for (const std::string base : {kScratchBase, kBackupBase})
+        if (equalIgnoringCase(name, base + '.' + kBesideType)) return true;
+    return false;
+}
+
+/// One of the two files. A null path is one that the system gives no directory for: it reads as empty.
+struct Profile {
+    FilePath path;
+    bool whole = false;  // the file is there, or no backup stands in for it
+
+    ProfileNames names() {
+        FilePath beside = path;
+        ProfileNames names{path.FileStringGet(), {}, {}};
+        beside.FileTypeSet(kBesideType);
+        beside.FileBaseNameSet(kScratchBase);
+        names.scratch = beside.FileStringGet();
+        beside.FileBaseNameSet(kBackupBase);
+        names.backup = beside.FileStringGet();
+        return names;
+    }
+    bool makeWhole() { return whole = whole || takeBackupBack(names()); }
+};
+
+struct Store {
+    Profile main, state;
+    ProfileTable table;
+    std::string text;  // of the state file, as the last call read it
+};
+
+struct {
+    Store* store = nullptr;
+    FilePath* mainGiven = nullptr;
+} constinit family;
+
+/// Whether @p directory has the main profile, or did have it before a swap was broken off there.
+bool mainIsIn(const char* directory, FilePath& path) {
+    if (!path.SetDir(directory) || !path.FileFullNameSet(kMainName)) return false;
+    Profile here{path};
+    here.makeWhole();
+    return path.FileExists();
+}
+
+/// The fixed search order's first hit, else the document root. A backup is looked for in every directory of the
+/// search but the per-user one: there it is the state file's.
+void locateMain(FilePath& path) {
+    if (family.mainGiven) {
+        path = *family.mainGiven;
+        return;
+    }
+    if (FileLocateFile(kMainName, path, true)) return;
+    CString program;
+    FileGetProgramDir(program);
+    const CString directories[] = {CString(rememberedWorkingDirectory()), program, DirGetDocRootDir()};
+    for (const CString& directory : directories)
+        if (!directory.empty() && mainIsIn(directory.c_str(), path)) return;
+    path.FileNullSet();
+    if (path.DirInitDocRoot()) path.FileFullNameSet(kMainName);
+}
+
+void locateState(FilePath& path) {
+    const auto local = profileValue(eIniMain, "System", "LocalStateFile");
+    const bool inSystem = local && boolOf(*local).value_or(false);
+    if (inSystem ? path.DirInitOSBase() : path.DirInitAppData()) path.FileFullNameSet(kStateName);
+}
+
+bool readState(Store& store) {
+    platform::Failure failure;
+    return !store.state.path.FileNullGet() && readProfile(store.state.path.FileStringGet(), store.text, failure);
+}
+
+}  // namespace
+
+bool settingsStart() {
+    if (family.store) return true;
+    try {
+        // In force before anything is read: looking for the files expands names, which asks for entries.
+        family.store = new (std::nothrow) Store;
+        if (!family.store) return false;
+        Store& store = *family.store;
+        locateMain(store.main.path);
+        if (!store.main.path.FileNullGet()) {
+            store.main.makeWhole();
+            loadProfile(store.main.path.FileStringGet(), store.table);
+        }
+        locateState(store.state.path);
+        if (!store.state.path.FileNullGet()) store.state.makeWhole();
+        return true;
+    } catch (const std::exception&) {
+        settingsStop();
+        return false;
+    }
+}
+
+void settingsStop() {
+    delete family.store;
+    family.store = nullptr;
+}
+
+std::optional<std::string_view> profileValue(eIniFile file, const char* section, const char* key) noexcept {
+    if (!section || !key || !settingsStart()) return std::nullopt;
+    Store& store = *family.store;
+    if (file != eIniState) return store.table.value(section, key);
+    try {
+        ProfileLine line;
+        LinePlace place;
+        if (!readState(store) || !findProfileEntry(store.text, section, key, line, place)) return std::nullopt;
+        return line.value;
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
+std::optional<ProfileItem> profileItem(eIniFile file, const char* section, int index, bool& sectionFound) noexcept {
+    sectionFound = false;
+    if (!section || !settingsStart()) return std::nullopt;
+    Store& store = *family.store;
+    if (file != eIniState) {
+        sectionFound = store.table.hasSection(section);
+        const auto* entry = index < 0 ? nullptr : store.table.entry(section, static_cast<std::size_t>(index));
+        return entry ? std::optional(ProfileItem{entry->key(), entry->value()}) : std::nullopt;
+    }
+    try {
+        if (!readState(store)) return std::nullopt;
+        ProfileLine line;
+        LinePlace place;
+        for (SectionWalk walk(store.text, section); walk.next(line, place);) {
+            sectionFound = true;
+            if (line.kind == ProfileLine::Kind::entry && index-- == 0) return ProfileItem{line.name, line.value};
+        }
+    } catch (const std::exception&) {
+    }
+    return std::nullopt;
+}
+
+bool profileSet(eIniFile file, const char* section, const char* key, const char* value) noexcept {
+    if (!section || !key) return false;
+    try {
+        if (!isProfileEntry(section, key, value ? value : "") || !settingsStart()) return false;
+        Profile& profile = file == eIniState ? family.store->state : family.store->main;
+        // A backup that could not be taken back yet would be lost to the next swap.
+        if (profile.path.FileNullGet() || !profile.makeWhole()) return false;
+        const ProfileNames names = profile.names();
+        std::string text;
+        platform::Failure failure;
+        if (!readProfile(names.file, text, failure)) {
+            if (failure.cause == platform::Cause::notFound) directoryMakeForWrite(names.file);
+            if (!createProfile(names.file)) return false;
+        }
+        return replaceProfile(names, profileWithEntry(text, section, key, value ? value : ""));
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+bool profileDirectory(const std::string& key, std::string& directory) {
+    const auto value = profileValue(eIniMain, "Directories", key.c_str());
+    if (!value) return false;
+    directory = *value;
+    return true;
+}
+
+}  // namespace kora
+
+bool IniMainFileSet(const char* path) try {
+    std::unique_ptr<FilePath> given;
+    if (path) {
+        given.reset(new (std::nothrow) FilePath);
+        std::string text = kora::platform::libraryPath(path);
+        std::replace(text.begin(), text.end(), '/', '\\');
+        // A relative path begins where the program works.
+        if (!given || !given->DirStringSet(kora::platform::environment().workingDirectory().c_str()) ||
+            !given->FileStringSet(text.c_str()) || text.ends_with('\\') || kora::isOwnName(given->FileFullNameGet()))
+            return false;
+    }
+    delete kora::family.mainGiven;
+    kora::family.mainGiven = given.release();
+    kora::settingsStop();
+    return kora::settingsStart();
+} catch (const std::exception&) {
+    return false;
+}
