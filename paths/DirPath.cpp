@@ -20,17 +20,6 @@ using kora::platform::FileKind;
 using kora::platform::FileStatus;
 using kora::platform::fileSystem;
 
-namespace {
-
-/// Describes a directory; false when @p text names none that is there.
-bool directoryStatus(const char* text, FileStatus& status) {
-    Failure ignored;
-    return text != nullptr && fileSystem().status(directoryForSystem(text), status, ignored) &&
-           status.kind == FileKind::directory;
-}
-
-}  // namespace
-
 DirPath::DirPath() = default;
 
 DirPath::DirPath(const char* text) { DirPath::DirStringSet(text); }
@@ -98,15 +87,20 @@ bool DirPath::DirStringSet(const char* text) try {
 }
 
 bool DirPath::DirExists() try {
-    FileStatus status;
-    return directoryStatus(DirStringGet(), status);
+    const char* text = DirStringGet();
+    FileKind kind;
+    Failure ignored;
+    return text != nullptr && fileSystem().kind(directoryForSystem(text), kind, ignored) && kind == FileKind::directory;
 } catch (const std::exception&) {
     return false;
 }
 
 bool DirPath::DirReadOnly() try {
+    const char* text = DirStringGet();
     FileStatus status;
-    return directoryStatus(DirStringGet(), status) && status.readOnly;
+    Failure ignored;
+    return text != nullptr && fileSystem().status(directoryForSystem(text), status, ignored) &&
+           status.kind == FileKind::directory && status.readOnly;
 } catch (const std::exception&) {
     return false;
 }

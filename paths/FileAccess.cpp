@@ -35,9 +35,9 @@ bool FilePath::failed(const Failure& failure) {
 }
 
 bool FilePath::FileExists() try {
-    FileStatus status;
+    FileKind kind;
     Failure failure;
-    if (fileSystem().status(FileStringGet(), status, failure)) return status.kind == FileKind::file;
+    if (fileSystem().kind(FileStringGet(), kind, failure)) return kind == FileKind::file;
     return failure.cause == Cause::notFound ? false : failed(failure);
 } catch (const std::exception&) {
     return failed(kNoMemory);

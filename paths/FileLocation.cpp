@@ -94,9 +94,9 @@ public:
 
 private:
     bool isFile() const {
-        platform::FileStatus status;
+        platform::FileKind kind;
         platform::Failure ignored;
-        return platform::fileSystem().status(path_, status, ignored) && status.kind == platform::FileKind::file;
+        return platform::fileSystem().kind(path_, kind, ignored) && kind == platform::FileKind::file;
     }
 
     const std::string& name_;

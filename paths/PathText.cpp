@@ -36,7 +36,7 @@ public:
 
     std::string_view text() const { return {text_, length_}; }
     void put(std::string_view more) {
-        std::memcpy(text_ + length_, more.data(), more.size());
+        more.copy(text_ + length_, more.size());
         length_ += more.size();
     }
     void apply(std::string_view part) {

@@ -42,18 +42,18 @@ bool directoryMake(const std::string& directory) {
     platform::Failure failure;
     if (path.empty()) return false;
     if (files.createDirectory(path, failure)) return true;
-    platform::FileStatus status;
+    platform::FileKind kind;
     platform::Failure ignored;
-    if (files.status(path, status, ignored)) return status.kind == platform::FileKind::directory;
+    if (files.kind(path, kind, ignored)) return kind == platform::FileKind::directory;
     const std::string above(pathAbove(path));
     return failure.cause == platform::Cause::notFound && directoryMake(above) && files.createDirectory(path, failure);
 }
 
 bool directoryMakeForWrite(const std::string& path) {
     const std::string directory(pathAbove(path));
-    platform::FileStatus status;
+    platform::FileKind kind;
     platform::Failure failure;
-    if (platform::fileSystem().status(directory, status, failure)) return false;
+    if (platform::fileSystem().kind(directory, kind, failure)) return false;
     for (const std::string& place : {DirGetDocRootDir(), DirGetAppDataDir(), DirGetPublicDataDir()}) {
         std::string_view rest;
         if (liesIn(path, place, rest)) return directoryMake(directory);

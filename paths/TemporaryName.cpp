@@ -7,28 +7,24 @@
 
 namespace {
 
-using kora::platform::Failure;
-using kora::platform::FileStatus;
+using kora::platform::FileKind;
 
 // Names given out by this process, so that two are different before either file is made.
 constinit std::uint32_t serial = 0;
 
 constexpr int kAttempts = 10000;
 
-bool exists(const std::string& path, FileStatus& status) {
-    Failure ignored;
-    return kora::platform::fileSystem().status(path, status, ignored);
-}
-
-bool isDirectory(const std::string& path) {
-    FileStatus status;
-    return exists(path, status) && status.kind == kora::platform::FileKind::directory;
+FileKind kindOf(const std::string& path) {
+    FileKind kind = FileKind::none;
+    kora::platform::Failure ignored;
+    kora::platform::fileSystem().kind(path, kind, ignored);
+    return kind;
 }
 
 std::string directoryForTemporaryNames() {
     const auto tmp = kora::platform::environment().variable("TMP");
     for (const std::string& directory : {kora::platform::libraryPath(tmp.value_or("")), std::string("c:\\temp")})
-        if (!directory.empty() && isDirectory(directory)) return directory;
+        if (!directory.empty() && kindOf(directory) == FileKind::directory) return directory;
     return kora::platform::environment().temporary();
 }
 
@@ -44,11 +40,10 @@ bool FilePath::SetTempName(const char* prefix, const char* type) try {
     if (type != nullptr) suffix += type;
 
     std::string name;
-    FileStatus status;
     int attempts = kAttempts;
     do {
         name = stem + std::to_string(++serial) + suffix;
-    } while (exists(name, status) && --attempts > 0);
+    } while (kindOf(name) != FileKind::none && --attempts > 0);
     // The answer is true all the same; what is written next must not go to the old file.
     if (attempts == 0 || !FileStringSet(name.c_str())) FileNullSet();
     return true;

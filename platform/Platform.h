@@ -69,6 +69,9 @@ public:
     virtual ~FileSystem() = default;
     /// Describes @p path. A path where nothing is fails with Cause::notFound.
     virtual bool status(const std::string& path, FileStatus& status, Failure& failure);
+    /// Whether a file or a directory stands at @p path, and nothing more: what looking for files costs. Fails as
+    /// status() does.
+    virtual bool kind(const std::string& path, FileKind& kind, Failure& failure);
     /// Reads a whole file. A directory fails with Cause::wrongKind.
     virtual bool read(const std::string& path, std::string& bytes, Failure& failure);
     /// Writes @p bytes and closes the file; @p flush waits until they are on the disk. After a failure the file may

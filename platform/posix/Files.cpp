@@ -185,6 +185,17 @@ bool FileSystem::status(const std::string& path, FileStatus& status, Failure& fa
     });
 }
 
+bool FileSystem::kind(const std::string& path, FileKind& kind, Failure& failure) {
+    return onPath(path, failure, [&](const std::string& native) {
+        if (isKnownMissing(native)) return fail(failure, ENOENT);
+        struct stat found;
+        if (onExistingName(native, [&](const char* name) { return stat(name, &found); }) != 0)
+            return fail(failure, errno);
+        kind = kindOf(found.st_mode);
+        return true;
+    });
+}
+
 bool FileSystem::read(const std::string& path, std::string& bytes, Failure& failure) {
     return onPath(path, failure, [&](const std::string& native) {
         const Descriptor file(onExistingName(native, [](const char* name) { return openFile(name, O_RDONLY); }));

@@ -52,12 +52,16 @@ constexpr std::size_t kMaxNames = 1'000'000;  // 8 MB in all
 struct Listings {
     std::mutex mutex;
 
-    bool contains(const std::string& directory) const { return byDirectory_.contains(directory); }
+    /// The last listing of @p directory, which need not hold any longer; null when there is none.
+    const Listing* last(const std::string& directory) const {
+        const auto found = byDirectory_.find(directory);
+        return found != byDirectory_.end() ? &found->second : nullptr;
+    }
 
     /// The listing of @p directory, if it still holds; null otherwise.
     const Listing* of(const std::string& directory, const struct stat& asItStands) const {
-        const auto found = byDirectory_.find(directory);
-        return found != byDirectory_.end() && found->second.isOf(asItStands) ? &found->second : nullptr;
+        const Listing* listing = last(directory);
+        return listing && listing->isOf(asItStands) ? listing : nullptr;
     }
 
     void keep(const std::string& directory, Listing listing) {
@@ -153,10 +157,11 @@ bool isKnownMissing(const std::string& native) {
     const std::string directory = native.substr(0, leaf);
     Listings& all = listings();
     const std::lock_guard lock(all.mutex);
+    // A name that was there is asked for itself.
+    const Listing* last = all.last(directory);
+    if (!last || !last->certain || last->holds(foldedHash(std::string_view(native).substr(leaf)))) return false;
     struct stat asItStands;
-    if (!all.contains(directory) || stat(directory.c_str(), &asItStands) != 0) return false;
-    const Listing* known = all.of(directory, asItStands);
-    return known && known->certain && !known->holds(foldedHash(std::string_view(native).substr(leaf)));
+    return stat(directory.c_str(), &asItStands) == 0 && last->isOf(asItStands);
 }
 
 std::string findName(const std::string& native) {

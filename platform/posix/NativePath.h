@@ -25,8 +25,8 @@ std::string findName(const std::string& native);
 std::string findVariant(const std::string& native);
 
 /// Whether an earlier look into its directory, which has not changed since, rules out that anything stands under
-/// @p native in any letter case. False says nothing. One question to the system instead of two, for those who look for
-/// a file in one directory after the other.
+/// @p native in any letter case. False says nothing, and costs nothing where the name was there. One question to the
+/// system instead of two, for those who look for a file in one directory after the other.
 bool isKnownMissing(const std::string& native);
 
 /// Runs @p operation, which answers below 0 with errno, on the exact name and, where that is missing, on the one that

@@ -131,6 +131,15 @@ bool FileSystem::status(const std::string& path, FileStatus& status, Failure& fa
     });
 }
 
+bool FileSystem::kind(const std::string& path, FileKind& kind, Failure& failure) {
+    return onPath(path, failure, [&](const std::string& native) {
+        const DWORD attributes = GetFileAttributesA(native.c_str());
+        if (attributes == INVALID_FILE_ATTRIBUTES) return failed(failure);
+        kind = kindOf(attributes);
+        return true;
+    });
+}
+
 bool FileSystem::read(const std::string& path, std::string& bytes, Failure& failure) {
     return onPath(path, failure, [&](const std::string& native) {
         const Handle file = openFile(native, GENERIC_READ, kShareAll, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN);

@@ -8,7 +8,7 @@ namespace kora::platform {
 
 namespace {
 
-/// Keeps the system from asking the user to put a disk in, or telling of a missing library, while it lives.
+/// Keeps the system from asking the user to put a disk in, or telling him of a missing library, while it lives.
 class NoErrorBoxes {
 public:
     NoErrorBoxes() : before_(SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX)) {}

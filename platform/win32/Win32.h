@@ -45,11 +45,10 @@ private:
     HANDLE handle_;
 };
 
-/// A function of a system library that not every supported system has; null where it is missing.
+/// A function that not every supported system has; null where it is missing.
 template <typename Function>
 Function systemFunction(const char* library, const char* name) {
-    HMODULE module = GetModuleHandleA(library);
-    if (!module) module = LoadLibraryA(library);  // and it stays, as one that is linked does
+    const HMODULE module = GetModuleHandleA(library);
     return module ? reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, name))) : nullptr;
 }
 

@@ -63,6 +63,8 @@ TEST(FileSystem, SaysWhyNot) {
         {"status", Cause::notFound, [&](Failure& f) { return files.status(at("none"), status, f); }},
         {"status below nothing", Cause::notFound, [&](Failure& f) { return files.status(at("none\\x"), status, f); }},
         {"status below a file", Cause::notFound, [&](Failure& f) { return files.status(at("file\\x"), status, f); }},
+        {"kind", Cause::notFound, [&](Failure& f) { return files.kind(at("none"), status.kind, f); }},
+        {"kind below nothing", Cause::notFound, [&](Failure& f) { return files.kind(at("none\\x"), status.kind, f); }},
         {"read", Cause::notFound, [&](Failure& f) { return files.read(at("none"), bytes, f); }},
         {"remove", Cause::notFound, [&](Failure& f) { return files.remove(at("none"), f); }},
         {"rename", Cause::notFound, [&](Failure& f) { return files.rename(at("none"), at("to"), f); }},
@@ -142,6 +144,7 @@ TEST(FileSystem, RefusesNamesThatNoFileHas) {
         };
         Failure failure;
         refuses(files.status(name, status, failure), failure);
+        refuses(files.kind(name, status.kind, failure), failure);
         refuses(files.read(name, bytes, failure), failure);
         refuses(files.write(name, "x", WriteMode::replace, false, failure), failure);
         refuses(files.remove(name, failure), failure);
@@ -166,6 +169,11 @@ TEST(FileSystem, DescribesFilesAndDirectories) {
     Failure failure;
     ASSERT_TRUE(fileSystem().status(folder.path("f"), status, failure));
     EXPECT_EQ(status.kind, FileKind::file);
+    FileKind kind = FileKind::none;
+    EXPECT_TRUE(fileSystem().kind(folder.path("F"), kind, failure));
+    EXPECT_EQ(kind, FileKind::file);
+    EXPECT_TRUE(fileSystem().kind(folder.path("d"), kind, failure));
+    EXPECT_EQ(kind, FileKind::directory);
     EXPECT_EQ(status.size, 5);
     EXPECT_NEAR(static_cast<double>(status.created), static_cast<double>(now), 60);
     EXPECT_NEAR(static_cast<double>(status.modified), static_cast<double>(now), 60);

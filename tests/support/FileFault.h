@@ -21,6 +21,9 @@ public:
     bool status(const std::string& path, platform::FileStatus& status, platform::Failure& failure) override {
         return !fails(failure) && FileSystem::status(path, status, failure);
     }
+    bool kind(const std::string& path, platform::FileKind& kind, platform::Failure& failure) override {
+        return !fails(failure) && FileSystem::kind(path, kind, failure);
+    }
     bool read(const std::string& path, std::string& bytes, platform::Failure& failure) override {
         return !fails(failure) && FileSystem::read(path, bytes, failure);
     }

@@ -85,6 +85,7 @@ TEST(FileNames, AreFoundInADirectoryThatChanges) {
         for (int again = 0; again < 2; ++again) {
             FileStatus status;
             ASSERT_EQ(fileSystem().status(folder.path(asked), status, failure), !there.empty()) << step;
+            ASSERT_EQ(fileSystem().kind(folder.path(asked), status.kind, failure), !there.empty()) << step;
             ASSERT_EQ(fileSystem().read(folder.path(asked), bytes, failure), !there.empty()) << step;
             if (there.empty()) continue;
             ASSERT_EQ(bytes, there.contains(asked) ? asked : *there.begin()) << step;

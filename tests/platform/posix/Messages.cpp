@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "platform/Platform.h"
@@ -13,6 +14,8 @@ std::vector<std::pair<std::uint32_t, std::uintptr_t>> received;
 int handledOutside = 0;
 
 TEST(Interrupts, BecomeMessagesWhileTheyAreAskedFor) {
+    received.clear();
+    handledOutside = 0;
     struct sigaction before, outside = {};
     outside.sa_handler = [](int) { ++handledOutside; };
     ASSERT_EQ(sigaction(SIGINT, &outside, &before), 0);

@@ -20,9 +20,9 @@ protected:
         chmod(folder.nativeText("bin/xdg-open").c_str(), 0755);
         setenv("PATH", folder.nativeText("bin").c_str(), 1);
     }
-    ~Opening() override { setenv("PATH", before.c_str(), 1); }
+    ~Opening() override { before ? setenv("PATH", before->c_str(), 1) : unsetenv("PATH"); }
 
-    const std::string before = getenv("PATH");
+    const std::optional<std::string> before = environment().variable("PATH");
     struct Folder : TestFolder {
         Folder() { makeFolder("bin"); }
     } folder;
