@@ -54,7 +54,7 @@ public:
     ///   directory whose last part goes becomes null.
     ///
     ///     c:\a\b    ..\c       c:\a\c
-    ///     c:\a      ..\..      c:\ .
+    ///     c:\a      ..\..      c:\         (the root stops it)
     ///     c:\a      \x\y       c:\x\y
     ///     (null)    lib\data   lib\data
     ///

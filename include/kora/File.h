@@ -163,7 +163,7 @@ KORA_API CString FileMakeFriendlyName(const char* path);
 /// @p path shortened with "..." to about @p limit characters, which the result may exceed by a few. The name is kept
 /// whole where it fits: the middle of the directory goes first.
 ///
-///     c:\some\where\deep\file.txt, 24    c:\s...deep\file.txt
+///     c:\some\where\deep\file.txt, 24    c:\som...e\deep\file.txt
 ///     c:\d\quite_a_long_name.txt, 20     ...\quite_...me.txt
 KORA_API CString FileMakeLimitedName(const char* path, int limit);
 /// @p path relative to the first of FileGetSearchDirs() that it lies in, which is where FileLocateFile() finds it
