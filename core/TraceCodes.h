@@ -14,8 +14,8 @@ enum File : std::uint32_t {
     kRamArray = 27,     // containers/RamArray.cpp; 0x5B...
     kCommandLine = 37,  // tasks/CommandLine.cpp
     kGeometry = 38,     // geometry/
-    kFilePath = 9,      // paths/FilePath.cpp
-    kDirPath = 10,
+    kFilePath = 9,      // paths/FilePath.cpp, paths/FileAccess.cpp
+    kDirPath = 10,      // paths/DirPath.cpp
     kStartup = 1,
     kModules = 2,
     kTimers = 3,

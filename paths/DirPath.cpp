@@ -1,11 +1,13 @@
 #include <kora/Dir.h>
 #include <kora/File.h>
+#include <kora/Trace.h>
 
 #include <cstring>
 #include <exception>
 #include <new>
 
 #include "core/Presenter.h"
+#include "core/TraceCodes.h"
 #include "paths/DirectoryScan.h"
 #include "paths/PathText.h"
 #include "paths/SharedDirectories.h"
@@ -18,6 +20,14 @@ using kora::SharedDirectory;
 using kora::platform::Failure;
 using kora::platform::FileKind;
 using kora::platform::FileStatus;
+
+namespace {
+
+enum Step : std::uint32_t { kDelete = 0x100, kCreate = 0x110 };
+
+void trace(Step step) { TraceCode(kora::trace::code(kora::trace::kDirPath, step)); }
+
+}  // namespace
 using kora::platform::fileSystem;
 
 DirPath::DirPath() = default;
@@ -106,6 +116,7 @@ bool DirPath::DirReadOnly() try {
 }
 
 bool DirPath::DirDelete() try {
+    trace(kDelete);
     const char* text = DirStringGet();
     Failure ignored;
     return text != nullptr && fileSystem().removeDirectory(directoryForSystem(text), ignored);
@@ -114,6 +125,7 @@ bool DirPath::DirDelete() try {
 }
 
 bool DirPath::DirCreate() try {
+    trace(kCreate);
     const char* text = DirStringGet();
     Failure ignored;
     return text != nullptr && fileSystem().createDirectory(directoryForSystem(text), ignored);
