@@ -1,9 +1,7 @@
 #include <kora/Str.h>
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
-#include <memory_resource>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -36,7 +34,7 @@ public:
     }
 
 private:
-    using Places = std::pmr::vector<std::size_t>;
+    using Places = std::vector<std::size_t>;
 
     static bool isSingle(char c) { return c != '*' && c != '#'; }
 
@@ -70,10 +68,7 @@ private:
     // With '#': every place in the pattern that the text so far can lead to, in rising order. A star that is reached
     // can do whatever any place before it can, so the places before it are dropped.
     bool matchesStates(std::string_view text) const {
-        std::array<std::byte, 2048> room;
-        std::pmr::monotonic_buffer_resource memory(room.data(), room.size());
-        Places now(&memory);
-        Places next(&memory);
+        Places now, next;
         now.reserve(rest_.size() + 1);
         next.reserve(rest_.size() + 1);
         reach(0, now);

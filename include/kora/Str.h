@@ -184,8 +184,8 @@ KORA_API int StrCompareName(const char* a, int aSize, const char* b, int bSize, 
 
 /// True when the pattern matches the whole text: "*" is any run of characters, the empty one too; "?" is one character;
 /// "#" is one or more decimal digits; every other character stands for itself. There is no escape character. Takes time
-/// proportional to pattern times text at most, whatever they hold. False when memory runs out, which takes a pattern of
-/// some hundred characters with a "#".
+/// proportional to pattern times text at most, whatever they hold. False when memory runs out; only "#" beside other
+/// open characters needs any.
 ///
 ///     "R#"  matches R12, not R or Rx        "A*"  matches A        "?"  does not match an empty text
 KORA_API bool StrComparePattern(const char* pattern, int patternSize, const char* s, int size, bool caseSensitive);
