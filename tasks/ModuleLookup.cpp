@@ -2,14 +2,13 @@
 
 #include <cstring>
 
-#include "strings/ModuleInterface.h"
 #include "tasks/Registry.h"
 
 TskKoraModule* TskKoraModuleGet(const char* name) {
     if (name == nullptr) return nullptr;
     kora::ModuleWalk walk;
     while (TskKoraModule* module = walk.nextSuccessful())
-        if (std::strcmp(kora::moduleName(module), name) == 0) return module;
+        if (const char* own = module->TskKoraName(); own != nullptr && std::strcmp(own, name) == 0) return module;
     return nullptr;
 }
 
@@ -38,14 +37,3 @@ bool TskKoraWakeUpByName(const char* name, const char* argument, bool toggle) {
 }
 
 bool TskModulesInitialized() { return kora::registry.modules != nullptr; }
-
-void TskActiveModuleSet(TskKoraModule* module) {
-    TskKoraModule* before = kora::registry.active;
-    if (module == before) return;
-    // Remembered first, so that a hook sees the new state, and may make yet another module active.
-    kora::registry.active = module;
-    if (before != nullptr) before->TskSuspend();
-    if (module != nullptr && kora::registry.active == module) module->TskResume();
-}
-
-TskKoraModule* TskActiveModuleGet() { return kora::registry.active; }

@@ -49,6 +49,7 @@ void registryDetach(TskKoraModule& module) {
 }
 
 bool registryHolds(const TskKoraModule* module) {
+    if (module == nullptr) return false;
     ModuleWalk walk;
     while (TskKoraModule* held = walk.next())
         if (held == module) return true;

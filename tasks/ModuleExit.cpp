@@ -1,0 +1,81 @@
+#include <kora/Tsk.h>
+
+#include "core/TraceCodes.h"
+#include "core/TraceRing.h"
+#include "paths/SharedDirectories.h"
+#include "settings/Store.h"
+#include "tasks/ApplicationState.h"
+#include "tasks/CommandLine.h"
+#include "tasks/Mailbox.h"
+#include "tasks/ModuleStart.h"
+#include "tasks/Registry.h"
+#include "tasks/Running.h"
+#include "tasks/Timers.h"
+
+namespace kora {
+
+namespace {
+
+constexpr std::uint32_t kQuery = trace::code(trace::kModules, 0x200);
+constexpr std::uint32_t kExitPass1 = trace::code(trace::kModules, 0x210);
+constexpr std::uint32_t kExitPass2 = trace::code(trace::kModules, 0x220);
+constexpr std::uint32_t kServices = trace::code(trace::kModules, 0x230);
+constexpr std::uint32_t kExitDone = trace::code(trace::kModules, 0x23F);
+
+// What the last query found.
+constinit bool allAgreed = false;
+
+void exitPasses() {
+    for (ModuleWalk walk; TskKoraModule* module = walk.nextSuccessful();) {
+        traceCode(kExitPass1);
+        module->TskExit1();
+    }
+    for (ModuleWalk walk; TskKoraModule* module = walk.nextSuccessful();) {
+        traceCode(kExitPass2);
+        module->TskExit2();
+    }
+}
+
+}  // namespace
+
+}  // namespace kora
+
+bool TskExitKoraQuery() {
+    const kora::Running running;
+    kora::allAgreed = false;
+    try {
+        kora::ModuleWalk walk;
+        while (TskKoraModule* module = walk.nextSuccessful()) {
+            kora::traceCode(kora::kQuery);
+            if (!module->TskExitRequest()) return false;
+        }
+    } catch (...) {
+        kora::exceptionNote("Exception in TskExitKoraQuery");
+        return false;
+    }
+    kora::allAgreed = true;
+    return true;
+}
+
+void TskExit() {
+    if (!kora::allAgreed) return;
+    kora::allAgreed = false;
+    const kora::Running running;
+    try {
+        kora::exitPasses();
+    } catch (...) {
+        kora::exceptionNote("Exception in TskExit");
+    }
+    kora::traceCode(kora::kServices);
+    kora::timersStop();
+    kora::commandLineStop();
+    kora::registryStop();
+    kora::modulesEnded();
+    kora::applicationState.started = false;
+    kora::applicationState.staying = 0;
+    kora::mailboxesStop();
+    kora::settingsStop();
+    kora::pathsStop();
+    kora::librariesRelease();
+    kora::traceCode(kora::kExitDone);
+}

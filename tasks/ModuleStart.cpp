@@ -1,0 +1,101 @@
+#include "tasks/ModuleStart.h"
+
+#include <kora/Err.h>
+#include <kora/Ini.h>
+#include <kora/Tsk.h>
+
+#include <string>
+#include <vector>
+
+#include "core/Presenter.h"
+#include "core/TraceCodes.h"
+#include "core/TraceRing.h"
+#include "strings/Format.h"
+#include "strings/ModuleInterface.h"
+#include "tasks/ApplicationState.h"
+#include "tasks/ModuleLoading.h"
+#include "tasks/Registry.h"
+#include "tasks/ToolsFolder.h"
+
+namespace kora {
+
+namespace {
+
+struct Phase {
+    const char* progress;
+    bool (TskKoraModule::*run)();
+};
+
+constexpr Phase kPhases[] = {
+    {"Phase 1 initialization of %s", &TskKoraModule::TskInit1},
+    {"Phase 2 initialization of %s", &TskKoraModule::TskInit2},
+    {"Phase 3 initialization of %s", &TskKoraModule::TskInit3},
+    {"Phase 4 initialization of %s", &TskKoraModule::TskInit4},
+};
+
+constexpr std::uint32_t kFolder = trace::code(trace::kModules, 0x010);
+constexpr std::uint32_t kPhase = trace::code(trace::kModules, 0x020);
+constexpr std::uint32_t kFinalPass = trace::code(trace::kModules, 0x030);
+
+struct ModuleStart {
+    bool begun;
+    bool phasesDone;
+    short nugPinNameDisplayUp;
+};
+
+constinit ModuleStart moduleStart{};
+
+void showProgress(const char* format, const char* name) { presenter().Progress(formatText(format, name).c_str()); }
+
+void loadAll() {
+    traceCode(kFolder);
+    const std::string folder = toolsFolder();
+    const std::vector<std::string> files = moduleFiles(folder);
+    for (const std::string& name : files) {
+        showProgress("Loading %s", name.c_str());
+        moduleLoad(folder, name);
+    }
+    if (files.empty())
+        MsgAlert(MsgIconExclamation, MsgButtonOk, 1, "No Modules",
+                 "There are no code modules in the specified tools directory '%s'", folder.c_str());
+}
+
+void run(const Phase& phase) {
+    ModuleWalk walk;
+    while (TskKoraModule* module = walk.nextSuccessful()) {
+        showProgress(phase.progress, moduleName(module));
+        traceCode(kPhase + static_cast<std::uint32_t>(&phase - kPhases));
+        const bool succeeded = (module->*phase.run)();
+        if (!succeeded) failureNote();
+        if (walk.holdsCurrent()) ModuleAccess::andInitSuccessful(*module, succeeded);
+    }
+}
+
+}  // namespace
+
+void modulesStart() {
+    if (moduleStart.begun) return;
+    moduleStart = {.begun = true, .phasesDone = false, .nugPinNameDisplayUp = 0};
+    registryStart();
+    loadAll();
+    for (const Phase& phase : kPhases) run(phase);
+    presenter().Progress("Loading Files ...");
+    moduleStart.phasesDone = true;
+    IniGetShort(eIniMain, "System", "NugPinNameDisplayUp", 0, moduleStart.nugPinNameDisplayUp);
+}
+
+void modulesFinish() {
+    if (!moduleStart.phasesDone) return;
+    moduleStart.phasesDone = false;  // once
+    ModuleWalk walk;
+    while (TskKoraModule* module = walk.nextSuccessful()) {
+        traceCode(kFinalPass);
+        module->TskInitFinal();
+    }
+}
+
+void modulesEnded() { moduleStart = {}; }
+
+}  // namespace kora
+
+short TskNugPinNameDisplayUp() { return kora::moduleStart.nugPinNameDisplayUp; }
