@@ -77,7 +77,7 @@ TEST(StrComparePattern, AgreesWithTheRecursiveRule) {
     constexpr unsigned kSeed = 99;
     std::mt19937 random(kSeed);
     int matched = 0;
-    for (int round = 0; round < 200000; ++round) {
+    for (int round = 0; round < 50000; ++round) {
         const std::string pattern = randomText(random, "**##?a1B", 8);
         const std::string text = randomText(random, round % 2 ? "aA1b" : "a11", 9);
         const bool caseSensitive = random() % 2;
@@ -86,7 +86,7 @@ TEST(StrComparePattern, AgreesWithTheRecursiveRule) {
             << "seed " << kSeed << " round " << round << ": '" << pattern << "' on '" << text << "'";
         matched += expected;
     }
-    EXPECT_GT(matched, 10000);
+    EXPECT_GT(matched, 2500);
 }
 
 // Taken recursively, none of these would ever end.
