@@ -14,9 +14,6 @@ public:
     CommandLineAttempt& operator=(const CommandLineAttempt&) = delete;
 
     void undo();
-
-private:
-    void forget();
 };
 
 /// Drops every subscription.

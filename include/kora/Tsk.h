@@ -324,8 +324,8 @@ constexpr bool entryThrowsNothing() {
 #endif
 
 /// Everything that a module file needs besides its class: the entry, the module object and the string table. The class
-/// takes over the constructor of TskKoraModule; the strings are a list in a header of their own, which the module's
-/// build names too:
+/// takes over the constructor of TskKoraModule; the strings, with ids from 1 to 65535, are a list in a header of their
+/// own, which the module's build names too (kora_add_module(... STRINGS Strings.h SIM_STRINGS)):
 ///
 ///     // Strings.h
 ///     #define SIM_STRINGS(S) S(1, "Ready") S(2, "Cannot read the netlist")
