@@ -13,26 +13,34 @@ namespace kora {
 inline std::uint32_t foldedHash(std::string_view text) {
     // One bit more in every byte makes the two cases of a letter one; that it also joins other characters does not
     // matter to a hash.
-    constexpr std::uint64_t kFold = 0x2020202020202020, kSpread = 0x9E3779B97F4A7C15;
-    std::uint64_t hash = text.size();
-    // The high half of the product has the low half's bits in it but not the other way round, hence the shift.
-    const auto mix = [&](std::uint64_t word) {
-        hash = (hash ^ (word | kFold)) * kSpread;
-        hash ^= hash >> 32;
-    };
+    constexpr std::uint64_t kFold = 0x2020202020202020;
+    constexpr std::uint64_t kFirst = 0x9E3779B97F4A7C15, kSecond = 0xC2B2AE3D27D4EB4F;
     const auto load = [](const char* from, std::size_t count) {
         std::uint64_t word = 0;
         std::memcpy(&word, from, count);
-        return word;
+        return word | kFold;
     };
+    // The upper half of a product has the lower half's bits in it, but not the other way round.
+    const auto mixed = [](std::uint64_t product) { return product ^ product >> 32; };
+
+    std::uint64_t hash = text.size();
     const char* from = text.data();
     std::size_t left = text.size();
-    for (; left >= 8; from += 8, left -= 8) mix(load(from, 8));
-    if (left >= 4)
-        mix(load(from, 4) | load(from + left - 4, 4) << 32);
-    else if (left > 0)
-        mix(load(from, 1) | load(from + left / 2, 1) << 8 | load(from + left - 1, 1) << 16);
-    return static_cast<std::uint32_t>(hash * kSpread >> 32);
+    for (; left > 16; from += 8, left -= 8) hash = mixed((hash ^ load(from, 8)) * kFirst);
+    // The last two words overlap when there are fewer bytes.
+    std::uint64_t first = 0, second = 0;
+    if (left >= 8) {
+        first = load(from, 8);
+        second = load(from + left - 8, 8);
+    } else if (left >= 4) {
+        first = load(from, 4);
+        second = load(from + left - 4, 4);
+    } else if (left > 0) {
+        first = load(from, 1);
+        second = load(from + left / 2, 1) << 8 | load(from + left - 1, 1);
+    }
+    hash = mixed((hash ^ first) * kFirst) ^ mixed(second * kSecond);
+    return static_cast<std::uint32_t>(hash * kFirst >> 32);
 }
 
 /// Finds places in an array by hash: open addressing over hashes and indexes, the elements stay with the caller.
@@ -74,7 +82,7 @@ private:
     }
 
     void resize() {
-        std::vector<Slot> before(slots_.empty() ? 8 : slots_.size() * 4);
+        std::vector<Slot> before(slots_.empty() ? 16 : slots_.size() * 4);
         before.swap(slots_);
         for (const Slot& slot : before)
             if (slot.index != kNone) slots_[place(slot.hash, [](std::uint32_t) { return false; })] = slot;

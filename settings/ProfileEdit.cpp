@@ -38,37 +38,30 @@ bool endsInBlankLine(std::string_view text) {
     return std::all_of(last.begin(), last.end(), isWhiteSpace);
 }
 
-std::string replaced(std::string_view text, const LinePlace& place, const std::string& entry) {
+void replace(std::string_view text, const LinePlace& place, const std::string& entry, std::string& edited) {
     std::size_t end = place.end;
     if (end > place.begin && text[end - 1] == '\r') --end;
-    std::string result;
-    result.reserve(text.size() + entry.size());
-    return result.append(text, 0, place.begin).append(entry).append(text, end);
+    edited.append(text, 0, place.begin).append(entry).append(text, end);
 }
 
-std::string insertedBehind(std::string_view text, const LinePlace& place, const std::string& entry) {
+void insertBehind(std::string_view text, const LinePlace& place, const std::string& entry, std::string& edited) {
     const std::string_view lineEnd = lineEndOf(text, place);
-    std::string result;
-    result.reserve(text.size() + entry.size() + lineEnd.size());
-    result.append(text, 0, place.next);
+    edited.append(text, 0, place.next);
     if (place.next == place.end)
-        result.append(lineEnd).append(entry);  // the last line, and it stays without a line feed
+        edited.append(lineEnd).append(entry);  // the last line, and it stays without a line feed
     else
-        result.append(entry).append(lineEnd);
-    return result.append(text, place.next);
+        edited.append(entry).append(lineEnd);
+    edited.append(text, place.next);
 }
 
-std::string withSection(std::string_view text, std::string_view section, const std::string& entry) {
+void addSection(std::string_view text, std::string_view section, const std::string& entry, std::string& edited) {
     const std::string_view lineEnd = firstLineEnd(text);
     const bool openEnd = !text.empty() && !text.ends_with('\n');
-    std::string result;
-    result.reserve(text.size() + section.size() + entry.size() + 10);
-    result += text;
-    if (openEnd) result += lineEnd;
-    if (!text.empty() && !endsInBlankLine(text)) result += lineEnd;
-    result.append(headerText(section)).append(lineEnd).append(entry);
-    if (!openEnd) result += lineEnd;
-    return result;
+    edited += text;
+    if (openEnd) edited += lineEnd;
+    if (!text.empty() && !endsInBlankLine(text)) edited += lineEnd;
+    edited.append(headerText(section)).append(lineEnd).append(entry);
+    if (!openEnd) edited += lineEnd;
 }
 
 }  // namespace
@@ -81,18 +74,23 @@ bool isProfileEntry(std::string_view section, std::string_view key, std::string_
            entry.kind == ProfileLine::Kind::entry && entry.name == key;
 }
 
-std::string profileWithEntry(std::string_view text, std::string_view section, std::string_view key,
-                             std::string_view value) {
+void setProfileEntry(std::string_view text, std::string_view section, std::string_view key, std::string_view value,
+                     std::string& edited) {
     const std::string entry = entryText(key, value);
+    edited.clear();
+    edited.reserve(text.size() + section.size() + entry.size() + 10);  // brackets and line ends
     std::optional<LinePlace> behind;
     ProfileLine line;
     LinePlace place;
     for (SectionWalk walk(text, section); walk.next(line, place);) {
         const bool isEntry = line.kind == ProfileLine::Kind::entry;
-        if (isEntry && equalIgnoringCase(line.name, key)) return replaced(text, place, entry);
+        if (isEntry && equalIgnoringCase(line.name, key)) return replace(text, place, entry, edited);
         if (isEntry || !behind) behind = place;  // the first line of all is a header
     }
-    return behind ? insertedBehind(text, *behind, entry) : withSection(text, section, entry);
+    if (behind)
+        insertBehind(text, *behind, entry, edited);
+    else
+        addSection(text, section, entry, edited);
 }
 
 }  // namespace kora

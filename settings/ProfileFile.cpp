@@ -36,9 +36,9 @@ bool retried(Failure& failure, Operation operation) {
 }
 
 bool isMissing(const std::string& path) {
-    platform::FileStatus status;
+    platform::FileKind kind;
     Failure failure;
-    return !fileSystem().status(path, status, failure) && failure.cause == Cause::notFound;
+    return !fileSystem().kind(path, kind, failure) && failure.cause == Cause::notFound;
 }
 
 bool removeFile(const std::string& path, Failure& failure) {

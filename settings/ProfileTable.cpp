@@ -12,15 +12,9 @@ constexpr std::size_t kUsualLine = 40;
 
 }  // namespace
 
-struct ProfileTable::SameKey {
-    const std::vector<Entry>& entries;
-    std::string_view key;
-
-    bool operator()(std::uint32_t index) const {
-        const std::string_view other = entries[index].key();
-        return other == key || equalIgnoringCase(other, key);
-    }
-};
+bool ProfileTable::Entry::hasKey(std::string_view wanted) const {
+    return key() == wanted || equalIgnoringCase(key(), wanted);
+}
 
 std::uint32_t ProfileTable::sectionIndex(std::string_view name) const {
     if (lastSection_ < sections_.size() && sections_[lastSection_].name == name) return lastSection_;
@@ -59,8 +53,8 @@ std::string_view ProfileTable::add(std::string added) {
             entries_.push_back({line.name.data(), static_cast<std::uint16_t>(line.name.size()),
                                 static_cast<std::uint16_t>(line.value.data() - line.name.data()),
                                 static_cast<std::uint16_t>(line.value.size())});
-            const std::uint32_t before =
-                section->keys.findOrAdd(foldedHash(line.name), SameKey{entries_, line.name}, next);
+            const std::uint32_t before = section->keys.findOrAdd(
+                foldedHash(line.name), [&](std::uint32_t index) { return entries_[index].hasKey(line.name); }, next);
             if (before < firstOfFile)
                 entries_.pop_back();
             else
@@ -73,7 +67,8 @@ std::string_view ProfileTable::add(std::string added) {
 std::optional<std::string_view> ProfileTable::value(std::string_view section, std::string_view key) const {
     const std::uint32_t index = sectionIndex(section);
     if (index == HashIndex::kNone) return std::nullopt;
-    const std::uint32_t found = sections_[index].keys.find(foldedHash(key), SameKey{entries_, key});
+    const std::uint32_t found = sections_[index].keys.find(
+        foldedHash(key), [&](std::uint32_t candidate) { return entries_[candidate].hasKey(key); });
     if (found == HashIndex::kNone) return std::nullopt;
     return entries_[found].value();
 }

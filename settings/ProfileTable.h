@@ -19,6 +19,7 @@ public:
     struct Entry {
         std::string_view key() const { return {text, keyLength}; }
         std::string_view value() const { return {text + valueAt, valueLength}; }
+        bool hasKey(std::string_view wanted) const;
 
         const char* text;  // into one of the texts
         std::uint16_t keyLength, valueAt, valueLength;
@@ -43,8 +44,6 @@ private:
         std::vector<Run> runs;
         HashIndex keys;
     };
-
-    struct SameKey;
 
     std::uint32_t sectionIndex(std::string_view name) const;
     std::uint32_t sectionMade(std::string_view name);

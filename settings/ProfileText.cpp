@@ -1,5 +1,9 @@
 #include "settings/ProfileText.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
 #include "strings/Bytes.h"
 #include "strings/WhiteSpace.h"
 
@@ -7,10 +11,17 @@ namespace kora {
 
 namespace {
 
+/// Whether there is no control character in @p text, eight bytes at a time.
 bool isPrintable(std::string_view text) {
-    bool printable = true;
-    for (const char c : text) printable &= static_cast<unsigned char>(c) >= ' ' && c != '\x7f';
-    return printable;
+    constexpr std::uint64_t kEach = 0x0101010101010101;
+    for (std::uint64_t word; text.size() >= sizeof word; text.remove_prefix(sizeof word)) {
+        std::memcpy(&word, text.data(), sizeof word);
+        // A byte below 32 borrows into its top bit, and so does one that 0x7F makes 0. One that has it already is none.
+        const std::uint64_t deleted = word ^ kEach * 0x7F;
+        if ((((word - kEach * ' ') & ~word) | ((deleted - kEach) & ~deleted)) & kEach * 0x80) return false;
+    }
+    return std::none_of(text.begin(), text.end(),
+                        [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; });
 }
 
 /// @p line without the white space before its `[`.
@@ -31,25 +42,18 @@ ProfileLine readProfileLine(std::string_view line, bool mayHaveNul) {
     if (mayHaveNul) line = line.substr(0, line.find('\0'));
     if (line.empty() || line.front() == ';' || line.front() == '/') return result;
 
-    std::size_t first = 0;
-    while (first < line.size() && isWhiteSpace(line[first])) ++first;
-    if (first == line.size()) return result;
-    if (line[first] == '[' && readHeader(line.substr(first), result)) return result;
-
+    if (line.front() == '[' || isWhiteSpace(line.front())) {
+        const std::string_view bare = trimStart(line);
+        if (bare.starts_with('[') && readHeader(bare, result)) return result;
+    }
     const std::size_t equals = line.find('=');
     if (equals == line.npos) return result;
-    const std::string_view key = trimEnd(line.substr(0, equals));
+    const std::string_view key = trimEnd({line.data(), equals});
     if (key.empty() || !isPrintable(key)) return result;
     result.kind = ProfileLine::Kind::entry;
     result.name = key;
-    result.value = trim(line.substr(equals + 1));
+    result.value = trim({line.data() + equals + 1, line.size() - equals - 1});
     return result;
-}
-
-LinePlace lineAt(std::string_view text, std::size_t begin) {
-    const std::size_t feed = text.find('\n', begin);
-    if (feed == text.npos) return {begin, text.size(), text.size()};
-    return {begin, feed, feed + 1};
 }
 
 bool SectionWalk::isWanted(const ProfileLine& line) const {

@@ -35,7 +35,11 @@ struct LinePlace {
     std::string_view in(std::string_view text) const { return text.substr(begin, end - begin); }
 };
 
-LinePlace lineAt(std::string_view text, std::size_t begin);
+inline LinePlace lineAt(std::string_view text, std::size_t begin) {
+    const std::size_t feed = text.find('\n', begin);
+    if (feed == text.npos) return {begin, text.size(), text.size()};
+    return {begin, feed, feed + 1};
+}
 
 /// Walks the lines of every section of one name, their headers included; sections are matched without regard to case.
 /// What lies between is passed over without looking at each line.

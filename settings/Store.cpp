@@ -58,7 +58,8 @@ struct Profile {
 struct Store {
     Profile main, state;
     ProfileTable table;
-    std::string text;  // of the state file, as the last call read it
+    // A file as the last call read it, and as it wrote it. The memory is kept for the next call.
+    std::string text, edited;
 };
 
 struct {
@@ -131,7 +132,7 @@ void settingsStop() {
 }
 
 std::optional<std::string_view> profileValue(eIniFile file, const char* section, const char* key) noexcept {
-    if (!section || !key || !settingsStart()) return std::nullopt;
+    if (!section || !key || !(family.store || settingsStart())) return std::nullopt;
     Store& store = *family.store;
     if (file != eIniState) return store.table.value(section, key);
     try {
@@ -168,19 +169,22 @@ std::optional<ProfileItem> profileItem(eIniFile file, const char* section, int i
 
 bool profileSet(eIniFile file, const char* section, const char* key, const char* value) noexcept {
     if (!section || !key) return false;
+    if (!value) value = "";
     try {
-        if (!isProfileEntry(section, key, value ? value : "") || !settingsStart()) return false;
-        Profile& profile = file == eIniState ? family.store->state : family.store->main;
+        if (!isProfileEntry(section, key, value) || !settingsStart()) return false;
+        Store& store = *family.store;
+        Profile& profile = file == eIniState ? store.state : store.main;
         // A backup that could not be taken back yet would be lost to the next swap.
         if (profile.path.FileNullGet() || !profile.makeWhole()) return false;
         const ProfileNames names = profile.names();
-        std::string text;
         platform::Failure failure;
-        if (!readProfile(names.file, text, failure)) {
+        if (!readProfile(names.file, store.text, failure)) {
             if (failure.cause == platform::Cause::notFound) directoryMakeForWrite(names.file);
             if (!createProfile(names.file)) return false;
+            store.text.clear();
         }
-        return replaceProfile(names, profileWithEntry(text, section, key, value ? value : ""));
+        setProfileEntry(store.text, section, key, value, store.edited);
+        return replaceProfile(names, store.edited);
     } catch (const std::exception&) {
         return false;
     }

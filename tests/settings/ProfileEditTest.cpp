@@ -16,6 +16,13 @@ namespace {
 using kora::ProfileLine;
 using Kind = kora::ProfileLine::Kind;
 
+std::string withEntry(const std::string& text, const std::string& section, const std::string& key,
+                      const std::string& value) {
+    std::string edited = "left over";
+    kora::setProfileEntry(text, section, key, value, edited);
+    return edited;
+}
+
 TEST(ProfileLines, AreHeadersEntriesOrNothing) {
     struct Row {
         std::string line;
@@ -109,7 +116,7 @@ TEST(ProfileEdit, PutsAnEntryWhereItBelongs) {
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.before);
-        EXPECT_EQ(kora::profileWithEntry(row.before, "S", "k", "v"), row.after);
+        EXPECT_EQ(withEntry(row.before, "S", "k", "v"), row.after);
     }
 }
 
@@ -251,7 +258,9 @@ bool everyOtherLineIsKept(const std::string& before, const std::string& after) {
     const auto old = linesOf(before), now = linesOf(after);
     std::size_t head = 0, tail = 0;
     while (head < old.size() && head < now.size() && old[head] == now[head]) ++head;
-    while (tail < old.size() - head && tail < now.size() - head && old.rbegin()[tail] == now.rbegin()[tail]) ++tail;
+    while (tail < old.size() - head && tail < now.size() - head &&
+           old[old.size() - 1 - tail] == now[now.size() - 1 - tail])
+        ++tail;
     const std::size_t gone = old.size() - head - tail, come = now.size() - head - tail;
     if (gone == 0) return come <= 3;
     if (gone != 1) return false;
@@ -261,7 +270,7 @@ bool everyOtherLineIsKept(const std::string& before, const std::string& after) {
 }
 
 TEST(ProfileEdit, AgreesWithAMapUnderRandomSettings) {
-    for (unsigned seed = 1; seed <= 400; ++seed) {
+    for (unsigned seed = 1; seed <= 150; ++seed) {
         SCOPED_TRACE(testing::Message() << "seed " << seed);
         RandomProfile random(seed);
         std::string text = random.text();
@@ -269,7 +278,7 @@ TEST(ProfileEdit, AgreesWithAMapUnderRandomSettings) {
         for (int step = 0; step < 20; ++step) {
             const std::string section = random.section(), key = random.key(), value = random.value();
             if (!kora::isProfileEntry(section, key, value)) continue;
-            const std::string after = kora::profileWithEntry(text, section, key, value);
+            const std::string after = withEntry(text, section, key, value);
             model[lower(section) + '\n' + lower(key)] =
                 stripped((key + " = " + value).substr(key.size() + 2, 1021 - key.size()));
             ASSERT_EQ(literalRead(after), model) << '[' << section << "] " << key << " = " << value << '\n' << text;
@@ -291,7 +300,7 @@ TEST(ProfileEdit, AgreesWithAMapUnderRandomSettings) {
 }
 
 TEST(ProfileTable, AgreesWithALiteralReaderOnTextsInLowerCase) {
-    for (unsigned seed = 1; seed <= 300; ++seed) {
+    for (unsigned seed = 1; seed <= 150; ++seed) {
         SCOPED_TRACE(testing::Message() << "seed " << seed);
         const std::string text = lower(RandomProfile(seed).text());
         kora::ProfileTable table;
