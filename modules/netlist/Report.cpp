@@ -1,0 +1,71 @@
+#include "Report.h"
+
+#include <kora/Str.h>
+
+#include <algorithm>
+
+namespace netlist {
+
+namespace {
+
+constexpr std::size_t kLeaders = 5;
+
+CString counted(std::size_t count, const char* one, const char* many) {
+    return std::to_string(count) + ' ' + (count == 1 ? one : many);
+}
+
+CString counts(const Model& model) {
+    CString line = counted(model.inputs.size(), "input", "inputs") + ", " +
+                   counted(model.outputs.size(), "output", "outputs") + ", " +
+                   counted(model.gates.size(), "gate", "gates");
+    if (!model.latches.empty()) line += ", " + counted(model.latches.size(), "latch", "latches");
+    if (!model.parts.empty()) line += ", " + counted(model.parts.size(), "part", "parts");
+    return line + ", " + counted(model.nets.size(), "signal", "signals");
+}
+
+CString leaders(const Model& model) {
+    std::vector<const Net*> nets;
+    for (const Net& net : model.nets)
+        if (net.fanOut > 1) nets.push_back(&net);
+    const auto end = nets.begin() + static_cast<std::ptrdiff_t>(std::min(kLeaders, nets.size()));
+    std::partial_sort(nets.begin(), end, nets.end(), [](const Net* a, const Net* b) {
+        if (a->fanOut != b->fanOut) return a->fanOut > b->fanOut;
+        return StrCompareName(a->name.c_str(), -1, b->name.c_str(), -1, true) < 0;
+    });
+    CString line;
+    for (auto net = nets.begin(); net != end; ++net)
+        line += (line.empty() ? "" : ", ") + (*net)->name + ' ' + std::to_string((*net)->fanOut);
+    return line;
+}
+
+}  // namespace
+
+CStringArray report(const Model& model) {
+    CStringArray lines{"model " + model.name + ": " + counts(model)};
+    const auto add = [&lines](const char* label, const CString& text) {
+        if (!text.empty()) lines.push_back(CString("  ") + label + ": " + text);
+    };
+    const auto addList = [&add](const char* label, const CStringArray& names) {
+        CString text;
+        StrMakeNameListString(names, text, true);
+        add(label, text);
+    };
+    CStringArray inputs, outputs, latches, internal, undriven;
+    for (const NetId net : model.inputs) inputs.push_back(model.nets[net].name);
+    for (const NetId net : model.outputs) outputs.push_back(model.nets[net].name);
+    for (const Latch& latch : model.latches) latches.push_back(model.nets[latch.output].name);
+    for (const Net& net : model.nets) {
+        const bool isDriven = net.drivenIn != 0 || net.onUnknownPin;
+        if (!isDriven) undriven.push_back(net.name);
+        if (isDriven && !net.isInput && !net.isOutput) internal.push_back(net.name);
+    }
+    add("largest fan-out", leaders(model));
+    addList("inputs", inputs);
+    addList("outputs", outputs);
+    addList("latches", latches);
+    addList("internal", internal);
+    addList("driven by nothing", undriven);
+    return lines;
+}
+
+}  // namespace netlist
