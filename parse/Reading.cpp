@@ -73,9 +73,27 @@ inline void ParSource::advance(std::ptrdiff_t count) {
     if (trackMax && count != 0) maxPos = std::max(maxPos, pos - 1);
 }
 
+/// Whether a character outside comments is more than itself.
+inline bool ParSource::hasMeaning(unsigned char c) const {
+    return c < 32 || c == '{' || c == static_cast<unsigned char>(stmtEndChar);
+}
+
 /// Reads one character with all that braces, statement ends and control characters mean. @p span is what stands ahead,
 /// or nothing where that is not known.
 inline void ParSource::read(Span span) {
+    if (span.begin == span.end || fileEnd || stmtEnd || commentDepth > 0 || hasMeaning(*span.begin)) {
+        interpret(span);
+    } else {
+        current = static_cast<char>(*span.begin);
+        sawText = true;
+        advance(1);
+    }
+}
+
+void ParSource::readNext() { read(block(pos)); }
+
+/// The same for whatever stands ahead.
+void ParSource::interpret(Span span) {
     std::int32_t opened = -1;
     current = '\0';
     while (!fileEnd && !stmtEnd && current == '\0') {
@@ -164,8 +182,6 @@ inline void ParSource::pass(Span& span, const unsigned char* end) {
     span.begin = end;
 }
 
-void ParSource::readNext() { read({nullptr, nullptr}); }
-
 /// Reads one byte as it stands.
 void ParSource::readRaw() {
     current = '\0';
@@ -178,13 +194,6 @@ void ParSource::readRaw() {
     current = static_cast<char>(*ahead(pos, room).begin);
     advance(1);
     sawText = true;
-}
-
-std::int32_t ParSource::position() const { return fileEnd ? pos : pos - 1; }
-
-void ParSource::lookaheadClear() {
-    aheadCount_ = 0;
-    aheadEnded_ = false;
 }
 
 void ParSource::ParCharNextEscape() {
@@ -206,9 +215,7 @@ bool ParSource::ParStmtEnd() { return stmtEnd || fileEnd; }
 bool ParSource::ParFileEnd() { return fileEnd; }
 
 void ParSource::ParStmtNext() {
-    const auto means = [end = static_cast<unsigned char>(stmtEndChar)](unsigned char c) {
-        return c < 32 || c == '{' || c == end;
-    };
+    const auto means = [this](unsigned char c) { return hasMeaning(c); };
     while (!stmtEnd && !fileEnd) {
         Span span = plainAhead();
         pass(span, std::find_if(span.begin, span.end, means));

@@ -157,14 +157,16 @@ private:
     void read(Span span);
     void readNext();
     void readRaw();
+    bool hasMeaning(unsigned char c) const;
+    void interpret(Span span);
     void interpret(Span span, std::int32_t& opened);
     const unsigned char* leaveComment(Span span);
     Span plainAhead() const;
     void pass(Span& span, const unsigned char* end);
-    std::int32_t position() const;
+    std::int32_t position() const { return fileEnd ? pos : pos - 1; }
     bool numberToken(char* buffer);
     bool lookFurther(std::int32_t index, bool& moved);
-    void lookaheadClear();
+    void lookaheadClear() { aheadCount_ = 0, aheadEnded_ = false; }
 
     // Characters that ParCompare() has read, the index behind each, and whether a statement end or the end of the text
     // follows them.
