@@ -78,20 +78,6 @@ TEST(RamArray, ChoosesItsBlocksByTheirWaste) {
     }
 }
 
-// The rule in other words: of all block sizes, the largest that is allowed.
-TEST(RamArray, ChoosesTheLargestBlocksAllowed) {
-    for (unsigned long size = 1; size < 80000; size = size + 1 + size / 50) {
-        long best = 16;
-        for (long blockSize = 16; blockSize <= 32768 && blockSize < 2 * static_cast<long>(size); blockSize *= 2) {
-            const long blocks = (static_cast<long>(size) + blockSize - 1) / blockSize;
-            if (blocks * blockSize - static_cast<long>(size) <= 4 * blocks) best = blockSize;
-        }
-        RamArray array;
-        ASSERT_TRUE(array.RamAllocate(size));
-        ASSERT_EQ(blockSizeOf(array), best) << "size " << size;
-    }
-}
-
 TEST(RamArray, KeepsItsLengthWithinTheSameBlocks) {
     RamArray array;
     EXPECT_TRUE(array.RamAllocate(0));

@@ -280,42 +280,6 @@ struct Counted : TmrTimer {
     static inline int alive = 0;
 };
 
-TEST_F(Timers, FireOnceBehindTheirTime) {
-    Counted timer(TmrTypeTimed);
-    EXPECT_EQ(timer.TmrIntervalGet(), 1U);
-    timer.TmrIntervalSet(0);
-    timer.TmrStart();
-    TmrDoTimedTimers();
-    EXPECT_EQ(timer.calls, 0);
-    ++tick;
-    TmrDoIdleTimers();
-    TmrDoIdleTimers();
-    EXPECT_EQ(timer.calls, 1);
-}
-
-TEST_F(Timers, ADueTimeThatWrapsIsPast) {
-    tick = 0xFFFFFFFF;
-    Counted timer(TmrTypeTimedToo);
-    timer.TmrIntervalSet(10);
-    timer.TmrStart();
-    EXPECT_EQ(timer.calls, 1);
-}
-
-TEST_F(Timers, AChangeOfFlavourSetsThemRunning) {
-    Counted timer(TmrTypeIdle);
-    timer.TmrSetHighPriorityIdle(false);
-    EXPECT_FALSE(TmrIdleRunning());
-    timer.TmrSetHighPriorityIdle(true);
-    EXPECT_FALSE(TmrIdleRunning());
-    EXPECT_TRUE(TmrHighPriorityIdleRunning());
-    TmrDoIdleTimers();
-    TmrDoIdleTimers();
-    EXPECT_EQ(timer.calls, 2);
-    timer.TmrSetHighPriorityIdle(false);
-    EXPECT_TRUE(TmrIdleRunning());
-    EXPECT_FALSE(TmrHighPriorityIdleRunning());
-}
-
 TEST_F(Timers, AnExceptionLeavesThePassesOpen) {
     Counted thrower(TmrTypeTimed), behind(TmrTypeTimed), idle(TmrTypeIdle);
     thrower.action = []() -> bool { throw 1; };
