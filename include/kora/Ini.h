@@ -7,11 +7,10 @@
 ///
 /// A profile file is plain 8-bit text, one record a line:
 ///
-///     [ Frame ]          a section: only white space before `[` and behind `]`; white space inside goes; not empty
-///     Zoomed = True      an entry: the key is the run of printable characters before the first `=`, without white
-///     space
-///                        at its end; the value is the rest without white space on either side
-///     ; a comment        `;` or `/` is the very first character
+///     [ Frame ]        a section: only white space before `[` and behind `]`; white space inside goes; not empty
+///     Zoomed = True    an entry: the printable characters before the first `=` are the key, the rest is the value;
+///                      white space goes behind the key and on both sides of the value
+///     ; a comment      `;` or `/` is the very first character
 ///
 /// Everything else is ignored, and kept when the file is written. Of a line 1023 characters are looked at, up to a NUL;
 /// what stands beyond belongs to the line. Of a key that occurs twice in its section the first counts.

@@ -180,6 +180,24 @@ TEST_F(FileSwap, AFileThatIsTakenAwayMeanwhileComesBackNew) {
     EXPECT_EQ(state(), kNew);
 }
 
+TEST_F(FileSwap, AFileThatIsTakenAwayAtTheLastStepGetsItsOldTextBack) {
+    state(kOld);
+    kora::settingsStart();
+    struct Taken : Watched {
+        Taken(const std::filesystem::path& path) : Watched([](const char*, const std::string&) {}), file(path) {}
+        bool rename(const std::string& from, const std::string& to, Failure& failure) override {
+            if (!from.ends_with("qznew96.ert")) return Watched::rename(from, to, failure);
+            std::filesystem::remove(file);
+            failure = {Cause::denied, 5};
+            return false;
+        }
+        const std::filesystem::path file;
+    } taken(files.native() / kState);
+    EXPECT_TRUE(set());
+    EXPECT_EQ(state(), kOld);
+    EXPECT_FALSE(leftovers());
+}
+
 // Ends the work ahead of its nth operation, as a process that is killed does: nothing is tidied up.
 TEST_F(FileSwap, AProcessThatEndsAtAnyStepLeavesAWholeFile) {
     for (int nth = 1;; ++nth) {

@@ -133,6 +133,9 @@ TEST_F(MainProfile, PassesOverMissingFoldersAndCycles) {
 
 TEST_F(MainProfile, TellsTheTraceWhatItReads) {
     TraceToFileSet(true);
+    main("[System]\nIncludeFolder = .\n");
+    EXPECT_EQ(files.read(kLog), "LoadIniFileInt: " + files.path("documents\\ts.ini") + "\n") << "each file once";
+    files.write(kLog, "");
     main("[System]\nIncludeFolder = nowhere\n");
     EXPECT_EQ(files.read(kLog), "LoadIniFileInt: " + files.path("documents\\ts.ini") +
                                     "\nLoadIniFileInt: " + files.path("documents\\nowhere") + ": no such folder\n");
