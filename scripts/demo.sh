@@ -11,7 +11,7 @@ set -eu
 need cmake ninja-build g++ gcc googletest
 build posix kora-host netlist >&2
 
-netlist=${1:-$top/modules/netlist/netlists/74181.blif}
+netlist=${1:-$top/modules/netlist/netlists/alu74181.blif}
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 cat >"$folder/ts.ini" <<END
