@@ -26,7 +26,10 @@ function(kora_compile_options target)
         CXX_EXTENSIONS OFF CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow
         $<$<BOOL:${KORA_WARNINGS_AS_ERRORS}>:-Werror>)
-    if(WIN32)
+    if(NOT WIN32)
+        # Calls within the library stay within it, as they do in a DLL.
+        target_compile_options(${target} PRIVATE -fno-semantic-interposition)
+    else()
         target_compile_definitions(${target} PRIVATE _WIN32_WINNT=0x0501 WINVER=0x0501 _WIN32_IE=0x0600)
     endif()
     kora_sanitize(${target})

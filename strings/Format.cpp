@@ -23,26 +23,26 @@ bool readInt(const char*& at, int& value) {
     return true;
 }
 
-void readFlags(const char*& at, FormatSpec& spec) {
+void readFlags(const char*& at, FormatRequest& request) {
     for (;; ++at) {
         switch (*at) {
             case '-':
-                spec.left = true;
+                request.left = true;
                 break;
             case '+':
-                spec.plus = true;
+                request.plus = true;
                 break;
             case ' ':
-                spec.space = true;
+                request.space = true;
                 break;
             case '#':
-                spec.alternate = true;
+                request.alternate = true;
                 break;
             case '0':
-                spec.zero = true;
+                request.zero = true;
                 break;
             case '\'':
-                spec.group = true;
+                request.group = true;
                 break;
             default:
                 return;
@@ -104,70 +104,70 @@ private:
 
     /// Reads what follows a percent sign and prints it.
     bool conversion(const char*& at) {
-        FormatSpec spec;
+        FormatRequest request;
         // All that may stand before the length lies below the letters.
-        if (*at < 'A' && !readShape(at, spec)) return false;
-        spec.length = readLength(at);
-        spec.conversion = *at;
+        if (*at < 'A' && !readShape(at, request)) return false;
+        request.length = readLength(at);
+        request.conversion = *at;
         if (*at == '\0') return false;
         ++at;
-        return print(spec);
+        return print(request);
     }
 
     /// Reads flags, width and precision.
-    bool readShape(const char*& at, FormatSpec& spec) {
-        readFlags(at, spec);
+    bool readShape(const char*& at, FormatRequest& request) {
+        readFlags(at, request);
         if (*at == '*') {
             ++at;
-            spec.width = va_arg(args_, int);
-            if (spec.width < 0) {
-                if (spec.width == INT_MIN) return false;
-                spec.left = true;
-                spec.width = -spec.width;
+            request.width = va_arg(args_, int);
+            if (request.width < 0) {
+                if (request.width == INT_MIN) return false;
+                request.left = true;
+                request.width = -request.width;
             }
-        } else if (!readInt(at, spec.width)) {
+        } else if (!readInt(at, request.width)) {
             return false;
         }
         if (*at == '.') {
             ++at;
             if (*at == '*') {
                 ++at;
-                spec.precision = va_arg(args_, int);
-                if (spec.precision < 0) spec.precision = -1;
-            } else if (!readInt(at, spec.precision)) {
+                request.precision = va_arg(args_, int);
+                if (request.precision < 0) request.precision = -1;
+            } else if (!readInt(at, request.precision)) {
                 return false;
             }
         }
         return true;
     }
 
-    bool print(const FormatSpec& spec) {
-        switch (spec.conversion) {
+    bool print(const FormatRequest& request) {
+        switch (request.conversion) {
             case 'd':
             case 'i':
-                return signedInteger(spec);
+                return signedInteger(request);
             case 'u':
-                return unsignedInteger(spec, kDecimal);
+                return unsignedInteger(request, kDecimal);
             case 'o':
-                return unsignedInteger(spec, kOctal);
+                return unsignedInteger(request, kOctal);
             case 'x':
-                return unsignedInteger(spec, kHexadecimal);
+                return unsignedInteger(request, kHexadecimal);
             case 'X':
-                return unsignedInteger(spec, kHexadecimalUpper);
+                return unsignedInteger(request, kHexadecimalUpper);
             case 'b':
-                return unsignedInteger(spec, kBinary);
+                return unsignedInteger(request, kBinary);
             case 'B':
-                return unsignedInteger(spec, kBinaryUpper);
+                return unsignedInteger(request, kBinaryUpper);
             case 'c':
-                return isLong(spec) ? wideCharacter(spec) : character(spec);
+                return isLong(request) ? wideCharacter(request) : character(request);
             case 'C':
-                return wideCharacter(spec);
+                return wideCharacter(request);
             case 's':
-                return isLong(spec) ? wideText(spec) : text(spec, va_arg(args_, const char*));
+                return isLong(request) ? wideText(request) : text(request, va_arg(args_, const char*));
             case 'S':
-                return wideText(spec);
+                return wideText(request);
             case 'p':
-                return pointer(spec);
+                return pointer(request);
             case 'n':
                 return va_arg(args_, void*), true;  // a format never writes into its arguments
             case 'f':
@@ -178,17 +178,17 @@ private:
             case 'G':
             case 'a':
             case 'A':
-                return floatingPoint(spec);
+                return floatingPoint(request);
             case '%':
                 return plain("%", 1);
             default:
-                return unknown(spec);
+                return unknown(request);
         }
     }
 
     // ll is as good as l before characters, and as L before floating point.
-    static bool isLong(const FormatSpec& spec) {
-        return spec.length == FormatLength::l || spec.length == FormatLength::ll;
+    static bool isLong(const FormatRequest& request) {
+        return request.length == FormatLength::l || request.length == FormatLength::ll;
     }
 
     std::int64_t signedArgument(FormatLength length) {
@@ -233,109 +233,109 @@ private:
         }
     }
 
-    bool signedInteger(const FormatSpec& spec) {
-        const std::int64_t value = signedArgument(spec.length);
+    bool signedInteger(const FormatRequest& request) {
+        const std::int64_t value = signedArgument(request.length);
         const auto bits = static_cast<std::uint64_t>(value);
-        return formatInteger(sink_, spec, spec.sign(value < 0), value < 0 ? 0 - bits : bits, kDecimal);
+        return formatInteger(sink_, request, request.sign(value < 0), value < 0 ? 0 - bits : bits, kDecimal);
     }
 
-    bool unsignedInteger(const FormatSpec& spec, const FormatRadix& radix) {
-        return formatInteger(sink_, spec, '\0', unsignedArgument(spec.length), radix);
+    bool unsignedInteger(const FormatRequest& request, const FormatRadix& radix) {
+        return formatInteger(sink_, request, '\0', unsignedArgument(request.length), radix);
     }
 
-    bool floatingPoint(const FormatSpec& spec) {
-        if (spec.length == FormatLength::L || spec.length == FormatLength::ll)
-            return formatFloat(sink_, spec, BinaryFloat(va_arg(args_, long double)));
-        return formatFloat(sink_, spec, BinaryFloat(va_arg(args_, double)));
+    bool floatingPoint(const FormatRequest& request) {
+        if (request.length == FormatLength::L || request.length == FormatLength::ll)
+            return formatFloat(sink_, request, BinaryFloat(va_arg(args_, long double)));
+        return formatFloat(sink_, request, BinaryFloat(va_arg(args_, double)));
     }
 
-    bool pointer(FormatSpec spec) {
+    bool pointer(FormatRequest request) {
         const auto value = reinterpret_cast<std::uintptr_t>(va_arg(args_, void*));
-        spec.alternate = true;
-        if (value != 0) return formatInteger(sink_, spec, spec.sign(false), value, kHexadecimal);
-        return narrow(spec, "(nil)", 5);
+        request.alternate = true;
+        if (value != 0) return formatInteger(sink_, request, request.sign(false), value, kHexadecimal);
+        return narrow(request, "(nil)", 5);
     }
 
-    bool narrow(const FormatSpec& spec, const char* text, std::size_t length) {
-        if (spec.width == 0) return plain(text, length);
+    bool narrow(const FormatRequest& request, const char* text, std::size_t length) {
+        if (request.width == 0) return plain(text, length);
         if (length > INT_MAX) return false;
         FormatField field;
         field.text(text, static_cast<std::int64_t>(length));
-        return field.emit(sink_, spec, false);
+        return field.emit(sink_, request, false);
     }
 
-    bool character(const FormatSpec& spec) {
+    bool character(const FormatRequest& request) {
         const auto c = static_cast<char>(va_arg(args_, int));
-        return narrow(spec, &c, 1);
+        return narrow(request, &c, 1);
     }
 
-    bool text(const FormatSpec& spec, const char* text) {
+    bool text(const FormatRequest& request, const char* text) {
         std::size_t length;
         if (!text) {
             // All of it or nothing.
             text = "(null)";
-            length = spec.precision < 0 || spec.precision >= 6 ? 6 : 0;
-        } else if (spec.precision < 0) {
+            length = request.precision < 0 || request.precision >= 6 ? 6 : 0;
+        } else if (request.precision < 0) {
             length = std::strlen(text);
         } else {
-            const auto limit = static_cast<std::size_t>(spec.precision);
+            const auto limit = static_cast<std::size_t>(request.precision);
             const void* end = std::memchr(text, '\0', limit);
             length = end ? static_cast<std::size_t>(static_cast<const char*>(end) - text) : limit;
         }
-        return narrow(spec, text, length);
+        return narrow(request, text, length);
     }
 
     // Wide characters are those of the language's own locale: one byte each, none beyond 0x7F.
-    bool wideCharacter(const FormatSpec& spec) {
+    bool wideCharacter(const FormatRequest& request) {
         const auto wide = static_cast<unsigned>(va_arg(args_, int));
         if (wide > 0x7F) return false;
         const auto c = static_cast<char>(wide);
-        return narrow(spec, &c, 1);
+        return narrow(request, &c, 1);
     }
 
-    bool wideText(const FormatSpec& spec) {
+    bool wideText(const FormatRequest& request) {
         const auto* wide = va_arg(args_, const wchar_t*);
-        if (!wide) return text(spec, nullptr);
+        if (!wide) return text(request, nullptr);
         std::size_t length = 0;
-        const std::size_t limit = spec.precision < 0 ? INT_MAX : static_cast<std::size_t>(spec.precision);
+        const std::size_t limit = request.precision < 0 ? INT_MAX : static_cast<std::size_t>(request.precision);
         for (; length < limit && wide[length] != 0; ++length)
             if (static_cast<std::uint32_t>(wide[length]) > 0x7F) return false;
         const std::size_t padding =
-            static_cast<std::size_t>(spec.width) > length ? static_cast<std::size_t>(spec.width) - length : 0;
+            static_cast<std::size_t>(request.width) > length ? static_cast<std::size_t>(request.width) - length : 0;
         if (!sink_.claim(static_cast<std::int64_t>(length + padding))) return false;
-        if (!spec.left) sink_.fill(' ', padding);
+        if (!request.left) sink_.fill(' ', padding);
         for (std::size_t i = 0; i < length; ++i) {
             const auto c = static_cast<char>(wide[i]);
             sink_.write(&c, 1);
         }
-        if (spec.left) sink_.fill(' ', padding);
+        if (request.left) sink_.fill(' ', padding);
         return true;
     }
 
     /// A conversion that there is not comes out as it was understood: flags in a fixed order, numbers read, the length
     /// left out.
-    bool unknown(const FormatSpec& spec) {
+    bool unknown(const FormatRequest& request) {
         char shown[32];
         char* at = shown;
         *at++ = '%';
-        if (spec.alternate) *at++ = '#';
-        if (spec.group) *at++ = '\'';
-        if (spec.plus) {
+        if (request.alternate) *at++ = '#';
+        if (request.group) *at++ = '\'';
+        if (request.plus) {
             *at++ = '+';
-        } else if (spec.space) {
+        } else if (request.space) {
             *at++ = ' ';
         }
-        if (spec.left) {
+        if (request.left) {
             *at++ = '-';
-        } else if (spec.zero) {
+        } else if (request.zero) {
             *at++ = '0';
         }
-        if (spec.width != 0) at = std::to_chars(at, shown + sizeof shown, spec.width).ptr;
-        if (spec.precision != -1) {
+        if (request.width != 0) at = std::to_chars(at, shown + sizeof shown, request.width).ptr;
+        if (request.precision != -1) {
             *at++ = '.';
-            at = std::to_chars(at, shown + sizeof shown, spec.precision).ptr;
+            at = std::to_chars(at, shown + sizeof shown, request.precision).ptr;
         }
-        *at++ = spec.conversion;
+        *at++ = request.conversion;
         return plain(shown, static_cast<std::size_t>(at - shown));
     }
 

@@ -9,7 +9,7 @@ namespace kora {
 enum class FormatLength : std::uint8_t { none, hh, h, l, ll, j, z, t, L };
 
 /// One conversion of a format: %[flags][width][.precision][length]conversion.
-struct FormatSpec {
+struct FormatRequest {
     bool left = false;       // -
     bool plus = false;       // +
     bool space = false;      // blank
@@ -37,12 +37,12 @@ public:
     void zeros(std::int64_t length) { add(nullptr, length); }
 
     /// Writes the field. @p zeroPadded: flag 0 fills between prefix and text. False when the count overflows.
-    bool emit(FormatSink& sink, const FormatSpec& spec, bool zeroPadded) const {
+    bool emit(FormatSink& sink, const FormatRequest& request, bool zeroPadded) const {
         const std::int64_t body = length_ + prefixLength_;
-        const std::int64_t padding = spec.width > body ? spec.width - body : 0;
+        const std::int64_t padding = request.width > body ? request.width - body : 0;
         if (!sink.claim(body + padding)) return false;
-        const bool inner = zeroPadded && spec.zero && !spec.left;
-        if (padding != 0 && !inner && !spec.left) sink.fill(' ', static_cast<std::size_t>(padding));
+        const bool inner = zeroPadded && request.zero && !request.left;
+        if (padding != 0 && !inner && !request.left) sink.fill(' ', static_cast<std::size_t>(padding));
         if (prefixLength_ != 0) sink.write(prefix_, static_cast<std::size_t>(prefixLength_));
         if (padding != 0 && inner) sink.fill('0', static_cast<std::size_t>(padding));
         for (int i = 0; i < pieces_; ++i) {
@@ -53,7 +53,7 @@ public:
                 sink.fill('0', length);
             }
         }
-        if (padding != 0 && spec.left) sink.fill(' ', static_cast<std::size_t>(padding));
+        if (padding != 0 && request.left) sink.fill(' ', static_cast<std::size_t>(padding));
         return true;
     }
 

@@ -37,8 +37,10 @@ namespace {
 
 constexpr int kSmallRoom = 128;
 
-bool isUpper(const FormatSpec& spec) { return spec.conversion < 'a'; }
-char lower(const FormatSpec& spec) { return isUpper(spec) ? static_cast<char>(spec.conversion + 32) : spec.conversion; }
+bool isUpper(const FormatRequest& request) { return request.conversion < 'a'; }
+char lower(const FormatRequest& request) {
+    return isUpper(request) ? static_cast<char>(request.conversion + 32) : request.conversion;
+}
 
 /// Puts letter, sign and at least @p width digits, 1 or 2; answers the length.
 int putExponent(char* at, char letter, int exponent, int width) {
@@ -52,87 +54,87 @@ int putExponent(char* at, char letter, int exponent, int width) {
     return static_cast<int>(end - first) + 2;
 }
 
-bool emitFixed(FormatSink& sink, const FormatSpec& spec, FormatField& field, Decimal decimal, int places) {
+bool emitFixed(FormatSink& sink, const FormatRequest& request, FormatField& field, Decimal decimal, int places) {
     const int whole = std::clamp(decimal.point, 0, decimal.count);
     if (decimal.point <= 0) field.text("0", 1);
     field.text(decimal.digits, whole);
     field.zeros(decimal.point - whole);
-    if (places > 0 || spec.alternate) field.text(".", 1);
+    if (places > 0 || request.alternate) field.text(".", 1);
     const int leading = std::min(places, std::max(0, -decimal.point));
     const int digits = std::min(places - leading, decimal.count - whole);
     field.zeros(leading);
     field.text(decimal.digits + whole, digits);
     field.zeros(std::int64_t{places} - leading - digits);
-    return field.emit(sink, spec, true);
+    return field.emit(sink, request, true);
 }
 
-bool emitScientific(FormatSink& sink, const FormatSpec& spec, FormatField& field, Decimal decimal, int places) {
+bool emitScientific(FormatSink& sink, const FormatRequest& request, FormatField& field, Decimal decimal, int places) {
     char exponent[8];
     const bool zero = decimal.count == 0;
     field.text(zero ? "0" : decimal.digits, 1);
-    if (places > 0 || spec.alternate) field.text(".", 1);
+    if (places > 0 || request.alternate) field.text(".", 1);
     const int digits = zero ? 0 : std::min(places, decimal.count - 1);
     field.text(decimal.digits + 1, digits);
     field.zeros(places - digits);
-    field.text(exponent, putExponent(exponent, isUpper(spec) ? 'E' : 'e', zero ? 0 : decimal.point - 1, 2));
-    return field.emit(sink, spec, true);
+    field.text(exponent, putExponent(exponent, isUpper(request) ? 'E' : 'e', zero ? 0 : decimal.point - 1, 2));
+    return field.emit(sink, request, true);
 }
 
 /// The shorter of the two: fixed for exponents from -4 up to the precision, without zeros at the end.
-bool emitGeneral(FormatSink& sink, const FormatSpec& spec, FormatField& field, Decimal decimal, int precision) {
+bool emitGeneral(FormatSink& sink, const FormatRequest& request, FormatField& field, Decimal decimal, int precision) {
     const int exponent = decimal.count == 0 ? 0 : decimal.point - 1;
-    if (!spec.alternate)
+    if (!request.alternate)
         while (decimal.count > 0 && decimal.digits[decimal.count - 1] == '0') --decimal.count;
     if (exponent < -4 || exponent >= precision) {
-        const int places = spec.alternate ? precision - 1 : decimal.count - 1;
-        return emitScientific(sink, spec, field, decimal, places);
+        const int places = request.alternate ? precision - 1 : decimal.count - 1;
+        return emitScientific(sink, request, field, decimal, places);
     }
-    const int places = spec.alternate ? precision - 1 - exponent : std::max(0, decimal.count - decimal.point);
-    return emitFixed(sink, spec, field, decimal, decimal.count == 0 && !spec.alternate ? 0 : places);
+    const int places = request.alternate ? precision - 1 - exponent : std::max(0, decimal.count - decimal.point);
+    return emitFixed(sink, request, field, decimal, decimal.count == 0 && !request.alternate ? 0 : places);
 }
 
-bool emitDecimal(FormatSink& sink, const FormatSpec& spec, FormatField& field, const BinaryFloat& number,
+bool emitDecimal(FormatSink& sink, const FormatRequest& request, FormatField& field, const BinaryFloat& number,
                  DecimalCut cut, char* room) {
     const Decimal decimal = decimalDigits(number.mantissa, number.exponent, cut, room);
-    switch (lower(spec)) {
+    switch (lower(request)) {
         case 'f':
-            return emitFixed(sink, spec, field, decimal, cut.digits);
+            return emitFixed(sink, request, field, decimal, cut.digits);
         case 'e':
-            return emitScientific(sink, spec, field, decimal, cut.digits - 1);
+            return emitScientific(sink, request, field, decimal, cut.digits - 1);
         default:
-            return emitGeneral(sink, spec, field, decimal, cut.digits);
+            return emitGeneral(sink, request, field, decimal, cut.digits);
     }
 }
 
 /// Apart, so that only numbers of many digits pay for the room.
-[[gnu::noinline]] bool emitLongDecimal(FormatSink& sink, const FormatSpec& spec, FormatField& field,
+[[gnu::noinline]] bool emitLongDecimal(FormatSink& sink, const FormatRequest& request, FormatField& field,
                                        const BinaryFloat& number, DecimalCut cut) {
     char room[kDecimalRoom];
-    return emitDecimal(sink, spec, field, number, cut, room);
+    return emitDecimal(sink, request, field, number, cut, room);
 }
 
 /// The first digit is 0 or 1 for a double and all four top bits for a long double; a number too small for a full
 /// mantissa is not shifted up.
-bool emitHexadecimal(FormatSink& sink, const FormatSpec& spec, FormatField& field, const BinaryFloat& number) {
-    const char* const digit = isUpper(spec) ? "0123456789ABCDEF" : "0123456789abcdef";
+bool emitHexadecimal(FormatSink& sink, const FormatRequest& request, FormatField& field, const BinaryFloat& number) {
+    const char* const digit = isUpper(request) ? "0123456789ABCDEF" : "0123456789abcdef";
     std::uint64_t mantissa = number.mantissa;
     int exponent = mantissa == 0 ? 0 : number.exponent + number.fractionBits;
     int places = number.fractionBits / 4;
     unsigned lead = static_cast<unsigned>(mantissa >> number.fractionBits);
     mantissa &= (std::uint64_t{1} << number.fractionBits) - 1;
 
-    if (spec.precision >= 0 && spec.precision < places) {
-        const int dropped = 4 * (places - spec.precision);
+    if (request.precision >= 0 && request.precision < places) {
+        const int dropped = 4 * (places - request.precision);
         const std::uint64_t rest = mantissa & ((std::uint64_t{1} << dropped) - 1);
         const std::uint64_t half = std::uint64_t{1} << (dropped - 1);
-        places = spec.precision;
+        places = request.precision;
         mantissa >>= dropped;
         const bool odd = ((places == 0 ? lead : mantissa) & 1) != 0;
         if (rest > half || (rest == half && odd)) ++mantissa;
         lead += static_cast<unsigned>(mantissa >> (4 * places));
         mantissa &= (std::uint64_t{1} << (4 * places)) - 1;
         if (lead == 16) lead = 1, exponent += 4;
-    } else if (spec.precision < 0) {
+    } else if (request.precision < 0) {
         for (; places > 0 && (mantissa & 15) == 0; mantissa >>= 4) --places;
     }
 
@@ -140,38 +142,38 @@ bool emitHexadecimal(FormatSink& sink, const FormatSpec& spec, FormatField& fiel
     for (int i = places; i-- > 0; mantissa >>= 4) digits[i] = digit[mantissa & 15];
     char tail[8];
     field.prefix('0');
-    field.prefix(isUpper(spec) ? 'X' : 'x');
+    field.prefix(isUpper(request) ? 'X' : 'x');
     field.text(digit + lead, 1);
-    if (places > 0 || spec.precision > 0 || spec.alternate) field.text(".", 1);
+    if (places > 0 || request.precision > 0 || request.alternate) field.text(".", 1);
     field.text(digits, places);
-    field.zeros(spec.precision - places);
-    field.text(tail, putExponent(tail, isUpper(spec) ? 'P' : 'p', exponent, 1));
-    return field.emit(sink, spec, true);
+    field.zeros(request.precision - places);
+    field.text(tail, putExponent(tail, isUpper(request) ? 'P' : 'p', exponent, 1));
+    return field.emit(sink, request, true);
 }
 
 }  // namespace
 
-bool formatFloat(FormatSink& sink, const FormatSpec& spec, const BinaryFloat& number) {
+bool formatFloat(FormatSink& sink, const FormatRequest& request, const BinaryFloat& number) {
     FormatField field;
-    field.prefix(spec.sign(number.negative));
+    field.prefix(request.sign(number.negative));
     if (number.kind != BinaryFloat::finite) {
         const bool infinite = number.kind == BinaryFloat::infinite;
-        field.text(isUpper(spec) ? (infinite ? "INF" : "NAN") : (infinite ? "inf" : "nan"), 3);
-        return field.emit(sink, spec, false);
+        field.text(isUpper(request) ? (infinite ? "INF" : "NAN") : (infinite ? "inf" : "nan"), 3);
+        return field.emit(sink, request, false);
     }
-    const char conversion = lower(spec);
-    if (conversion == 'a') return emitHexadecimal(sink, spec, field, number);
+    const char conversion = lower(request);
+    if (conversion == 'a') return emitHexadecimal(sink, request, field, number);
 
-    const int precision = spec.precision < 0 ? 6 : spec.precision;
+    const int precision = request.precision < 0 ? 6 : request.precision;
     DecimalCut cut{conversion != 'f', precision};
     // The first digit of %e is one more; a precision that has no room for it has none for the number either.
     if (conversion == 'e' && precision == 0x7FFFFFFF) return false;
     if (conversion == 'e') ++cut.digits;
     if (conversion == 'g') cut.digits = std::max(precision, 1);
     if (decimalRoom(number.mantissa, number.exponent, cut) > kSmallRoom)
-        return emitLongDecimal(sink, spec, field, number, cut);
+        return emitLongDecimal(sink, request, field, number, cut);
     char room[kSmallRoom];
-    return emitDecimal(sink, spec, field, number, cut, room);
+    return emitDecimal(sink, request, field, number, cut, room);
 }
 
 }  // namespace kora

@@ -22,6 +22,6 @@ struct BinaryFloat {
 
 /// Prints a number with one of the conversions f, e, g and a, in either letter case: exact, and rounded to the nearest
 /// number of the precision asked for, to the even one of two that are equally near.
-bool formatFloat(FormatSink& sink, const FormatSpec& spec, const BinaryFloat& number);
+bool formatFloat(FormatSink& sink, const FormatRequest& request, const BinaryFloat& number);
 
 }  // namespace kora

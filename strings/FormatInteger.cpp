@@ -36,10 +36,11 @@ char* putDigits(char* end, std::uint64_t value, const FormatRadix& radix) {
 
 }  // namespace
 
-bool formatInteger(FormatSink& sink, const FormatSpec& spec, char sign, std::uint64_t value, const FormatRadix& radix) {
+bool formatInteger(FormatSink& sink, const FormatRequest& request, char sign, std::uint64_t value,
+                   const FormatRadix& radix) {
     char room[kMaxDigits + 1];
     char* end = room + sizeof room;
-    if (spec.width == 0 && spec.precision < 0 && !spec.alternate) {
+    if (request.width == 0 && request.precision < 0 && !request.alternate) {
         // Just the number: written where it belongs if there is room.
         const int length = countDigits(value, radix) + (sign != '\0');
         if (!sink.claim(length)) return false;
@@ -51,18 +52,18 @@ bool formatInteger(FormatSink& sink, const FormatSpec& spec, char sign, std::uin
     }
 
     char* const first = putDigits(end, value, radix);
-    const int count = value == 0 && spec.precision == 0 ? 0 : static_cast<int>(end - first);
-    int zeros = spec.precision > count ? spec.precision - count : 0;
+    const int count = value == 0 && request.precision == 0 ? 0 : static_cast<int>(end - first);
+    int zeros = request.precision > count ? request.precision - count : 0;
     FormatField field;
     field.prefix(sign);
-    if (spec.alternate && radix.prefix != '\0' && value != 0) {
+    if (request.alternate && radix.prefix != '\0' && value != 0) {
         field.prefix('0');
         field.prefix(radix.prefix);
     }
-    if (spec.alternate && radix.bits == 3 && zeros == 0 && (count == 0 || value != 0)) zeros = 1;
+    if (request.alternate && radix.bits == 3 && zeros == 0 && (count == 0 || value != 0)) zeros = 1;
     field.zeros(zeros);
     field.text(first, count);
-    return field.emit(sink, spec, spec.precision < 0);
+    return field.emit(sink, request, request.precision < 0);
 }
 
 }  // namespace kora

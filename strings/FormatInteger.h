@@ -20,6 +20,7 @@ inline constexpr FormatRadix kBinary{1, "01", 'b'};
 inline constexpr FormatRadix kBinaryUpper{1, "01", 'B'};
 
 /// Prints a magnitude behind @p sign, if that is not NUL.
-bool formatInteger(FormatSink& sink, const FormatSpec& spec, char sign, std::uint64_t value, const FormatRadix& radix);
+bool formatInteger(FormatSink& sink, const FormatRequest& request, char sign, std::uint64_t value,
+                   const FormatRadix& radix);
 
 }  // namespace kora
