@@ -7,8 +7,8 @@ namespace kora {
 
 namespace {
 
-// Memory for entries is taken for lines of this length at once; longer ones leave some of it unused.
-constexpr std::size_t kUsualLine = 40;
+// Memory for entries is taken for lines of this length at once; what longer ones leave of it is never touched.
+constexpr std::size_t kUsualLine = 20;
 
 }  // namespace
 

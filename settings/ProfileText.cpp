@@ -11,17 +11,23 @@ namespace kora {
 
 namespace {
 
-/// Whether there is no control character in @p text, eight bytes at a time.
-bool isPrintable(std::string_view text) {
+constexpr bool isControl(char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; }
+
+/// Where the first `=` or control character is, eight bytes at a time; the size when there is none.
+std::size_t keyEnd(std::string_view line) {
     constexpr std::uint64_t kEach = 0x0101010101010101;
-    for (std::uint64_t word; text.size() >= sizeof word; text.remove_prefix(sizeof word)) {
-        std::memcpy(&word, text.data(), sizeof word);
-        // A byte below 32 borrows into its top bit, and so does one that 0x7F makes 0. One that has it already is none.
-        const std::uint64_t deleted = word ^ kEach * 0x7F;
-        if ((((word - kEach * ' ') & ~word) | ((deleted - kEach) & ~deleted)) & kEach * 0x80) return false;
+    std::size_t at = 0;
+    for (std::uint64_t word; at + sizeof word <= line.size(); at += sizeof word) {
+        std::memcpy(&word, line.data() + at, sizeof word);
+        // A byte below 32 borrows into its top bit, and so does one that one of the others makes 0. One that has it
+        // already is none. What the borrow adds above the first hit does not matter: the bytes are looked at below.
+        const std::uint64_t equals = word ^ kEach * '=', deleted = word ^ kEach * 0x7F;
+        if ((((word - kEach * ' ') & ~word) | ((equals - kEach) & ~equals) | ((deleted - kEach) & ~deleted)) &
+            kEach * 0x80)
+            break;
     }
-    return std::none_of(text.begin(), text.end(),
-                        [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; });
+    while (at < line.size() && line[at] != '=' && !isControl(line[at])) ++at;
+    return at;
 }
 
 /// @p line without the white space before its `[`.
@@ -46,10 +52,12 @@ ProfileLine readProfileLine(std::string_view line, bool mayHaveNul) {
         const std::string_view bare = trimStart(line);
         if (bare.starts_with('[') && readHeader(bare, result)) return result;
     }
-    const std::size_t equals = line.find('=');
-    if (equals == line.npos) return result;
+    std::size_t equals = keyEnd(line);
+    // White space behind the key may hold control characters too.
+    while (equals < line.size() && isWhiteSpace(line[equals])) ++equals;
+    if (equals == line.size() || line[equals] != '=') return result;
     const std::string_view key = trimEnd({line.data(), equals});
-    if (key.empty() || !isPrintable(key)) return result;
+    if (key.empty()) return result;
     result.kind = ProfileLine::Kind::entry;
     result.name = key;
     result.value = trim({line.data() + equals + 1, line.size() - equals - 1});
