@@ -77,6 +77,14 @@ public:
     /// Writes @p bytes and closes the file; @p flush waits until they are on the disk. After a failure the file may
     /// hold a part of them.
     virtual bool write(const std::string& path, std::string_view bytes, WriteMode mode, bool flush, Failure& failure);
+    /// Makes @p path a new file with @p bytes in it, down to the disk, whatever file stood there before. Where a file
+    /// stands at @p model, the new one gets its permissions and, as far as this process may give it, its owner, before
+    /// the first byte is written.
+    virtual bool writeLike(const std::string& path, const std::string& model, std::string_view bytes, Failure& failure);
+    /// Where a chain of symbolic links that begins at @p path ends: the name of the file itself; @p path when that is
+    /// no link, or nothing is there. A link that leads nowhere fails with Cause::notFound, or gives the name of what is
+    /// missing.
+    virtual bool resolveLinks(const std::string& path, std::string& target, Failure& failure);
     virtual bool remove(const std::string& path, Failure& failure);
     /// Gives the file @p from a second name @p to, which must not exist: a hard link, or a copy of the bytes where the
     /// file system has no links.

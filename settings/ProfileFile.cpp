@@ -92,6 +92,15 @@ bool swapFiles(const ProfileNames& names) {
 
 }  // namespace
 
+bool profileNames(const std::string& path, ProfileNames& names) {
+    Failure failure;
+    if (!retried(failure, [&] { return fileSystem().resolveLinks(path, names.file, failure); })) return false;
+    const std::string directory = names.file.substr(0, names.file.rfind('\\') + 1);
+    names.scratch = directory + kProfileScratch;
+    names.backup = directory + kProfileBackup;
+    return true;
+}
+
 bool readProfile(const std::string& path, std::string& text, Failure& failure) {
     return retried(failure, [&] { return fileSystem().read(path, text, failure); });
 }
@@ -104,8 +113,8 @@ bool createProfile(const std::string& path) {
 bool replaceProfile(const ProfileNames& names, std::string_view text) {
     traceCode(trace::code(trace::kSettings, kWriteStep));
     Failure failure;
-    const bool copied = retried(
-        failure, [&] { return fileSystem().write(names.scratch, text, WriteMode::replace, /*flush=*/true, failure); });
+    const bool copied =
+        retried(failure, [&] { return fileSystem().writeLike(names.scratch, names.file, text, failure); });
     if (!copied || !swapFiles(names)) removeFile(names.scratch, failure);
     // The answer is the copy's: after a swap that failed, the old file stands.
     return copied;
@@ -113,8 +122,10 @@ bool replaceProfile(const ProfileNames& names, std::string_view text) {
 
 bool takeBackupBack(const ProfileNames& names) {
     if (!isMissing(names.file) || isMissing(names.backup)) return true;
-    traceCode(trace::code(trace::kSettings, kTakeBackStep));
+    platform::FileKind kind;
     Failure failure;
+    if (fileSystem().kind(names.backup, kind, failure) && kind != platform::FileKind::file) return true;
+    traceCode(trace::code(trace::kSettings, kTakeBackStep));
     const bool done = renameFile(names.backup, names.file, failure);
     note("'", names.file, "' was missing, its backup ", done ? "was taken back" : "could not be taken back");
     return done;

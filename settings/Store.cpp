@@ -26,15 +26,9 @@ namespace {
 
 constexpr char kMainName[] = "ts.ini";
 constexpr char kStateName[] = "tsstate.ini";
-// What a profile's directory holds while the profile is written.
-constexpr char kScratchBase[] = "qznew96";
-constexpr char kBackupBase[] = "qzold96";
-constexpr char kBesideType[] = "ert";
 
 bool isOwnName(std::string_view name) {
-    for (const std::string base : {kScratchBase, kBackupBase})
-        if (equalIgnoringCase(name, base + '.' + kBesideType)) return true;
-    return false;
+    return equalIgnoringCase(name, kProfileScratch) || equalIgnoringCase(name, kProfileBackup);
 }
 
 /// One of the two files. A null path is one that the system gives no directory for: it reads as empty.
@@ -42,17 +36,11 @@ struct Profile {
     FilePath path;
     bool whole = false;  // the file is there, or no backup stands in for it
 
-    ProfileNames names() {
-        FilePath beside = path;
-        ProfileNames names{path.FileStringGet(), {}, {}};
-        beside.FileTypeSet(kBesideType);
-        beside.FileBaseNameSet(kScratchBase);
-        names.scratch = beside.FileStringGet();
-        beside.FileBaseNameSet(kBackupBase);
-        names.backup = beside.FileStringGet();
-        return names;
+    bool names(ProfileNames& names) { return profileNames(path.FileStringGet(), names); }
+    bool makeWhole() {
+        ProfileNames found;
+        return whole = whole || (names(found) && takeBackupBack(found));
     }
-    bool makeWhole() { return whole = whole || takeBackupBack(names()); }
 };
 
 struct Store {
@@ -174,9 +162,9 @@ bool profileSet(eIniFile file, const char* section, const char* key, const char*
         if (!isProfileEntry(section, key, value) || !settingsStart()) return false;
         Store& store = *family.store;
         Profile& profile = file == eIniState ? store.state : store.main;
+        ProfileNames names;
         // A backup that could not be taken back yet would be lost to the next swap.
-        if (profile.path.FileNullGet() || !profile.makeWhole()) return false;
-        const ProfileNames names = profile.names();
+        if (profile.path.FileNullGet() || !profile.makeWhole() || !profile.names(names)) return false;
         platform::Failure failure;
         if (!readProfile(names.file, store.text, failure)) {
             if (failure.cause == platform::Cause::notFound) directoryMakeForWrite(names.file);

@@ -10,6 +10,7 @@
 #include <exception>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <utility>
 
 #include "platform/Platform.h"
@@ -112,6 +113,15 @@ bool writeAll(const Descriptor& file, std::string_view bytes, Failure& failure) 
 bool finishWriting(Descriptor& file, bool flush, Failure& failure) {
     if (flush && fsync(file.get()) != 0) return fail(failure, errno);
     return file.close() || fail(failure, errno);
+}
+
+/// Gives a new file the owner and the permissions of another, as far as this process and the file system can.
+void giveAccess(const Descriptor& file, const struct stat& like) {
+    struct stat made;
+    const bool isOwned = fstat(file.get(), &made) == 0 && made.st_uid == like.st_uid && made.st_gid == like.st_gid;
+    std::ignore = isOwned || fchown(file.get(), like.st_uid, like.st_gid) == 0 ||
+                  fchown(file.get(), static_cast<uid_t>(-1), like.st_gid) == 0;
+    fchmod(file.get(), like.st_mode & 0777);
 }
 
 FileKind kindOf(mode_t mode) { return S_ISDIR(mode) ? FileKind::directory : FileKind::file; }
@@ -219,6 +229,43 @@ bool FileSystem::write(const std::string& path, std::string_view bytes, WriteMod
         struct stat status;
         return isOrdinary(file, status, failure) && writeAll(file, bytes, failure) &&
                finishWriting(file, flush, failure);
+    });
+}
+
+bool FileSystem::writeLike(const std::string& path, const std::string& model, std::string_view bytes,
+                           Failure& failure) {
+    return onPath(path, failure, [&](const std::string& native) {
+        return onPath(model, failure, [&](const std::string& nativeModel) {
+            struct stat like;
+            const bool known = onExistingName(nativeModel, [&](const char* name) { return stat(name, &like); }) == 0;
+            const std::string name = findName(native);
+            if (unlink(name.c_str()) != 0 && errno != ENOENT) return fail(failure, errno);
+            Descriptor file(openFile(name.c_str(), O_WRONLY | O_CREAT | O_EXCL, known ? 0600 : 0666));
+            if (!file) return fail(failure, errno);
+            if (known) giveAccess(file, like);
+            return writeAll(file, bytes, failure) && finishWriting(file, /*flush=*/true, failure);
+        });
+    });
+}
+
+bool FileSystem::resolveLinks(const std::string& path, std::string& target, Failure& failure) {
+    return onPath(path, failure, [&](std::string name) {
+        constexpr int kMaxLinks = 40;  // as many as the system follows
+        char text[PATH_MAX];
+        for (int links = 0; links <= kMaxLinks; ++links) {
+            const ssize_t length =
+                onExistingName(name, [&](const char* link) { return readlink(link, text, sizeof text); });
+            if (length < 0) {  // no link any more
+                target = links == 0 ? path : libraryPath(name);
+                return true;
+            }
+            const std::string_view next(text, static_cast<std::size_t>(length));
+            // A name with the separator in it has no library form.
+            if (next.size() == sizeof text || next.find('\\') != next.npos) return fail(failure, EINVAL);
+            name.resize(next.starts_with('/') ? 0 : name.rfind('/') + 1);
+            name += next;
+        }
+        return fail(failure, ELOOP);
     });
 }
 

@@ -109,6 +109,37 @@ bool isSameEntry(const std::string& a, const std::string& b) {
     return lstrcmpiA(inA.cFileName, inB.cFileName) == 0 && isSame(directory(a), directory(b));
 }
 
+bool writeAll(const Handle& file, std::string_view bytes, Failure& failure) {
+    while (!bytes.empty()) {
+        const DWORD wanted = static_cast<DWORD>(std::min(bytes.size(), kTransfer));
+        DWORD written = 0;
+        if (!WriteFile(file.get(), bytes.data(), wanted, &written, nullptr)) return failed(failure);
+        if (written == 0) {
+            failure = failureOf(ERROR_DISK_FULL);
+            return false;
+        }
+        bytes.remove_prefix(written);
+    }
+    return true;
+}
+
+bool finishWriting(Handle& file, bool flush, Failure& failure) {
+    if (flush && !FlushFileBuffers(file.get())) return failed(failure);
+    return file.close() || failed(failure);
+}
+
+/// The access list of a file, as a new file takes it; empty where the file or its file system has none.
+std::string accessOf(const std::string& native) {
+    std::string access;
+    for (DWORD size = 1024; access.size() < size;) {
+        access.resize(size);
+        if (!GetFileSecurityA(native.c_str(), DACL_SECURITY_INFORMATION, access.data(), size, &size) &&
+            (GetLastError() != ERROR_INSUFFICIENT_BUFFER || size <= access.size()))
+            return {};
+    }
+    return access;
+}
+
 bool linksMissing(DWORD code) {
     return code == ERROR_INVALID_FUNCTION || code == ERROR_NOT_SUPPORTED || code == ERROR_CALL_NOT_IMPLEMENTED;
 }
@@ -180,18 +211,54 @@ bool FileSystem::write(const std::string& path, std::string_view bytes, WriteMod
         if (!file) return fileFailed(native, failure);
         // Emptied here and not by CREATE_ALWAYS, which refuses hidden files.
         if (mode == WriteMode::replace && !SetEndOfFile(file.get())) return failed(failure);
-        while (!bytes.empty()) {
-            const DWORD wanted = static_cast<DWORD>(std::min(bytes.size(), kTransfer));
-            DWORD written = 0;
-            if (!WriteFile(file.get(), bytes.data(), wanted, &written, nullptr)) return failed(failure);
-            if (written == 0) {
-                failure = failureOf(ERROR_DISK_FULL);
-                return false;
-            }
-            bytes.remove_prefix(written);
+        return writeAll(file, bytes, failure) && finishWriting(file, flush, failure);
+    });
+}
+
+bool FileSystem::writeLike(const std::string& path, const std::string& model, std::string_view bytes,
+                           Failure& failure) {
+    return onPaths(path, model, failure, [&](const std::string& native, const std::string& nativeModel) {
+        // What a file of that kind may have besides; the others say what is in it.
+        constexpr DWORD kKept = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
+        DWORD attributes = GetFileAttributesA(nativeModel.c_str());
+        attributes = attributes == INVALID_FILE_ATTRIBUTES ? 0 : attributes & kKept;
+        std::string access = accessOf(nativeModel);
+        SECURITY_ATTRIBUTES security = {sizeof security, access.empty() ? nullptr : access.data(), FALSE};
+        if (!DeleteFileA(native.c_str()) && GetLastError() != ERROR_FILE_NOT_FOUND) return fileFailed(native, failure);
+        Handle file(CreateFileA(native.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE, &security,
+                                CREATE_NEW, attributes | FILE_ATTRIBUTE_ARCHIVE, nullptr));
+        if (!file) return fileFailed(native, failure);
+        return writeAll(file, bytes, failure) && finishWriting(file, /*flush=*/true, failure);
+    });
+}
+
+bool FileSystem::resolveLinks(const std::string& path, std::string& target, Failure& failure) {
+    return onPath(path, failure, [&](const std::string& native) {
+        using GetFinalPathName = DWORD(WINAPI*)(HANDLE, LPSTR, DWORD, DWORD);
+        static const auto finalPathName = systemFunction<GetFinalPathName>("kernel32.dll", "GetFinalPathNameByHandleA");
+        const DWORD attributes = GetFileAttributesA(native.c_str());
+        // A system without that function has no links to files either.
+        if (!finalPathName || attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_REPARSE_POINT)) {
+            target = path;
+            return true;
         }
-        if (flush && !FlushFileBuffers(file.get())) return failed(failure);
-        return file.close() || failed(failure);
+        const Handle file(
+            CreateFileA(native.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+        if (!file) return failed(failure);
+        constexpr std::string_view kLocal = "\\\\?\\", kServer = "\\\\?\\UNC\\";
+        char name[MAX_PATH + kServer.size()];
+        const DWORD length = finalPathName(file.get(), name, sizeof name, 0);
+        if (length == 0) return failed(failure);
+        if (length >= sizeof name) {
+            failure = failureOf(ERROR_FILENAME_EXCED_RANGE);
+            return false;
+        }
+        const std::string_view text(name, length);
+        if (text.starts_with(kServer))
+            target = "\\\\" + std::string(text.substr(kServer.size()));
+        else
+            target = text.substr(text.starts_with(kLocal) ? kLocal.size() : 0);
+        return true;
     });
 }
 

@@ -232,6 +232,28 @@ TEST(FileSystem, LinksAndRenamesReplaceInOneStep) {
     EXPECT_EQ(bytes, "new text");
 }
 
+TEST(FileSystem, WritesAFileLikeAnother) {
+    const TestFolder folder;
+    FileSystem& files = fileSystem();
+    Failure failure;
+    folder.write("model", "x");
+    folder.write("new", "of another time, and longer");
+    for (const char* model : {"model", "none"}) {
+        ASSERT_TRUE(files.writeLike(folder.path("new"), folder.path(model), "text", failure)) << failure.code;
+        EXPECT_EQ(folder.read("new"), "text");
+        EXPECT_EQ(std::filesystem::status(folder.native() / "new").permissions(),
+                  std::filesystem::status(folder.native() / "model").permissions());
+    }
+    folder.makeFolder("directory");
+    EXPECT_FALSE(files.writeLike(folder.path("directory"), folder.path("model"), "text", failure));
+    EXPECT_EQ(failure.cause, Cause::wrongKind);
+    for (const char* name : {"new", "none", "directory"}) {
+        std::string target;
+        EXPECT_TRUE(files.resolveLinks(folder.path(name), target, failure));
+        EXPECT_EQ(target, folder.path(name));
+    }
+}
+
 // Random operations under names in random letter case, against a map of folded names.
 TEST(FileSystem, AgreesWithAMapWhateverTheLetterCase) {
     struct Node {

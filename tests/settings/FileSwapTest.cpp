@@ -23,7 +23,6 @@ namespace {
 
 using kora::platform::Cause;
 using kora::platform::Failure;
-using kora::platform::FileSystem;
 using kora::platform::WriteMode;
 using kora::test::FileFault;
 using testing::AnyOf;
@@ -33,64 +32,54 @@ constexpr char kNew[] = "; kept\r\n[Frame]\r\nZoomed = True\r\nlast = 1";
 
 class FileSwap : public kora::test::StoreFixture {
 protected:
+    void startWith(const char* text) {
+        kora::settingsStop();
+        state(text);
+        kora::settingsStart();
+    }
     static bool set() { return IniSetString(eIniState, "Frame", "Zoomed", "True"); }
     bool leftovers() const { return files.has(kStateScratch) || files.has(kStateBackup); }
+    std::filesystem::path file() const { return files.native() / kState; }
 };
 
-/// Calls @p before ahead of every operation on a file; stays in force while it lives.
-class Watched : public FileSystem {
+/// Asks ahead of every operation on a file whether it may be; anything but Cause::none is its failure.
+class Watched : public kora::platform::FileSystem {
 public:
-    using Hook = std::function<void(const char* operation, const std::string& path)>;
+    using Hook = std::function<Cause(std::string_view operation, const std::string& path)>;
     explicit Watched(Hook before) : hook_(std::move(before)), before_(kora::platform::fileSystemSet(this)) {}
     ~Watched() override { kora::platform::fileSystemSet(before_); }
 
     bool read(const std::string& path, std::string& bytes, Failure& failure) override {
-        hook_("read", path);
-        return FileSystem::read(path, bytes, failure);
+        return may("read", path, failure) && FileSystem::read(path, bytes, failure);
     }
     bool write(const std::string& path, std::string_view bytes, WriteMode mode, bool flush, Failure& failure) override {
-        flushed = flush;
-        hook_("write", path);
+        return may("write", path, failure) && FileSystem::write(path, bytes, mode, flush, failure);
+    }
+    bool writeLike(const std::string& path, const std::string& model, std::string_view bytes,
+                   Failure& failure) override {
         // In two steps, so that a process that ends between them leaves half a file.
-        if (mode == WriteMode::replace) {
-            if (!FileSystem::write(path, bytes.substr(0, bytes.size() / 2), mode, flush, failure)) return false;
-            hook_("write the rest of", path);
-        }
-        return FileSystem::write(path, bytes, mode, flush, failure);
+        return may("write", path, failure) &&
+               FileSystem::writeLike(path, model, bytes.substr(0, bytes.size() / 2), failure) &&
+               may("write the rest of", path, failure) && FileSystem::writeLike(path, model, bytes, failure);
     }
     bool remove(const std::string& path, Failure& failure) override {
-        hook_("remove", path);
-        return FileSystem::remove(path, failure);
+        return may("remove", path, failure) && FileSystem::remove(path, failure);
     }
     bool link(const std::string& from, const std::string& to, Failure& failure) override {
-        hook_("link", from);
-        return FileSystem::link(from, to, failure);
+        return may("link", from, failure) && FileSystem::link(from, to, failure);
     }
     bool rename(const std::string& from, const std::string& to, Failure& failure) override {
-        hook_("rename", from);
-        return FileSystem::rename(from, to, failure);
+        return may("rename", from, failure) && FileSystem::rename(from, to, failure);
     }
 
-    bool flushed = false;
-
 private:
+    bool may(std::string_view operation, const std::string& path, Failure& failure) {
+        failure = {hook_(operation, path), 5};
+        return failure.cause == Cause::none;
+    }
     Hook hook_;
     FileSystem* before_;
 };
-
-TEST_F(FileSwap, WritesToTheDiskAndLeavesNothingBehind) {
-    state(kOld);
-    files.write(kStateBackup, "of a swap that was broken off");
-    files.write(kStateScratch, "of a swap that was broken off, and longer than what comes now, as may well be");
-    bool flushedAtSwap = false;
-    Watched watched([&](const char* operation, const std::string&) {
-        if (operation == std::string("rename")) flushedAtSwap = watched.flushed;
-    });
-    EXPECT_TRUE(set());
-    EXPECT_EQ(state(), kNew);
-    EXPECT_TRUE(flushedAtSwap);
-    EXPECT_FALSE(leftovers());
-}
 
 // Whichever file operation fails, once or from then on, the file is whole: its old text or its new one.
 TEST_F(FileSwap, EveryFaultLeavesAWholeFile) {
@@ -98,9 +87,9 @@ TEST_F(FileSwap, EveryFaultLeavesAWholeFile) {
         for (const bool persistent : {false, true})
             for (int nth = 1; !(persistent && cause == Cause::busy); ++nth) {  // that would wait at every one
                 SCOPED_TRACE(testing::Message() << "operation " << nth << ", cause " << static_cast<int>(cause));
-                state(kOld);
-                kora::settingsStop();
-                kora::settingsStart();
+                startWith(kOld);
+                files.write(kStateBackup, "of a swap that was broken off");
+                files.write(kStateScratch, "of a swap that was broken off, and longer than what comes now, as may be");
                 bool answer = false, hit = false;
                 {
                     FileFault fault(nth, cause, persistent);
@@ -109,107 +98,81 @@ TEST_F(FileSwap, EveryFaultLeavesAWholeFile) {
                 }
                 EXPECT_THAT(state(), AnyOf(kOld, kNew));
                 EXPECT_TRUE(answer || state() == kOld);
+                // One that is held for a moment is waited for.
+                EXPECT_TRUE((hit && cause != Cause::busy) || (answer && state() == kNew && !leftovers()));
                 // What is left is no more than what could not be removed, and the next setting clears it.
                 EXPECT_TRUE(set());
                 EXPECT_EQ(state(), kNew);
                 EXPECT_FALSE(leftovers());
-                if (!hit) {
-                    EXPECT_TRUE(answer);
-                    break;
-                }
+                if (!hit) break;
             }
 }
 
-TEST_F(FileSwap, AFileThatIsHeldForAMomentIsWaitedFor) {
-    for (int nth = 1;; ++nth) {
-        SCOPED_TRACE(nth);
-        state(kOld);
-        kora::settingsStop();
-        kora::settingsStart();
-        FileFault fault(nth, Cause::busy);
-        EXPECT_TRUE(set());
-        if (!fault.wasHit()) break;
-        EXPECT_EQ(state(), kNew);
+TEST_F(FileSwap, OthersAtWorkOnTheFileAreTakenAsTheyCome) {
+    struct Row {
+        const char* what;
+        Watched::Hook meanwhile;
+        bool answer;
+        const char* after;
+    };
+    const auto isScratch = [](const std::string& path) { return path.ends_with("qznew96.ert"); };
+    const Row rows[] = {
+        {"one that cannot be opened is never emptied",
+         [](auto operation, auto&) { return operation == "read" ? Cause::denied : Cause::none; }, false, kOld},
+        {"one that is held longer is not waited for without end",
+         [](auto operation, auto&) { return operation == "read" ? Cause::busy : Cause::none; }, false, kOld},
+        {"one that is taken away comes back new",
+         [&](auto operation, auto&) {
+             if (operation == "link") std::filesystem::remove(file());
+             return Cause::none;
+         },
+         true, kNew},
+        {"one that is taken away at the last step gets its old text back",
+         [&](auto operation, auto& path) {
+             if (operation != "rename" || !isScratch(path)) return Cause::none;
+             std::filesystem::remove(file());
+             return Cause::denied;
+         },
+         true, kOld},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.what);
+        startWith(kOld);
+        Watched watched(row.meanwhile);
+        EXPECT_EQ(set(), row.answer);
+        EXPECT_EQ(state(), row.after);
+        EXPECT_FALSE(leftovers());
     }
 }
 
-TEST_F(FileSwap, AFileThatCannotBeOpenedIsNeverEmptied) {
-    state(kOld);
-    kora::settingsStart();
-    FileFault fault(1, Cause::busy, /*persistent=*/true);
-    EXPECT_FALSE(set());
-    struct Unreadable : Watched {
-        using Watched::Watched;
-        bool read(const std::string&, std::string&, Failure& failure) override {
-            failure = {Cause::denied, 5};
-            return false;
-        }
-    } unreadable([](const char*, const std::string&) {});
-    EXPECT_FALSE(set());
-    EXPECT_EQ(state(), kOld);
-    EXPECT_FALSE(leftovers());
-}
-
 TEST_F(FileSwap, ADirectoryThatTakesThePlaceStaysAndTheTraceHasIt) {
-    state(kOld);
-    kora::settingsStart();
+    startWith(kOld);
     TraceToFileSet(true);
-    Watched watched([&](const char* operation, const std::string&) {
-        if (operation != std::string("write the rest of")) return;
-        std::filesystem::remove(files.native() / kState);
-        std::filesystem::create_directory(files.native() / kState);
+    Watched watched([&](auto operation, auto&) {
+        if (operation == "write the rest of") {
+            std::filesystem::remove(file());
+            std::filesystem::create_directory(file());
+        }
+        return Cause::none;
     });
     EXPECT_TRUE(set());  // the text was written; that it could not take its place is another matter
-    EXPECT_TRUE(std::filesystem::is_directory(files.native() / kState));
+    EXPECT_TRUE(std::filesystem::is_directory(file()));
     EXPECT_FALSE(leftovers());
-    const std::string log = files.read(kLog);
-    EXPECT_NE(log.find("IniSetString: '" + files.path("userdata\\Veltrane\\Tessera5\\tsstate.ini") +
-                       "' keeps its old text: "),
-              log.npos)
-        << log;
+    EXPECT_THAT(files.read(kLog),
+                testing::HasSubstr("IniSetString: '" + files.path("userdata\\Veltrane\\Tessera5\\tsstate.ini") +
+                                   "' keeps its old text: "));
     EXPECT_FALSE(set());
-}
-
-TEST_F(FileSwap, AFileThatIsTakenAwayMeanwhileComesBackNew) {
-    state(kOld);
-    kora::settingsStart();
-    Watched watched([&](const char* operation, const std::string&) {
-        if (operation == std::string("link")) std::filesystem::remove(files.native() / kState);
-    });
-    EXPECT_TRUE(set());
-    EXPECT_EQ(state(), kNew);
-}
-
-TEST_F(FileSwap, AFileThatIsTakenAwayAtTheLastStepGetsItsOldTextBack) {
-    state(kOld);
-    kora::settingsStart();
-    struct Taken : Watched {
-        Taken(const std::filesystem::path& path) : Watched([](const char*, const std::string&) {}), file(path) {}
-        bool rename(const std::string& from, const std::string& to, Failure& failure) override {
-            if (!from.ends_with("qznew96.ert")) return Watched::rename(from, to, failure);
-            std::filesystem::remove(file);
-            failure = {Cause::denied, 5};
-            return false;
-        }
-        const std::filesystem::path file;
-    } taken(files.native() / kState);
-    EXPECT_TRUE(set());
-    EXPECT_EQ(state(), kOld);
-    EXPECT_FALSE(leftovers());
 }
 
 // Ends the work ahead of its nth operation, as a process that is killed does: nothing is tidied up.
 TEST_F(FileSwap, AProcessThatEndsAtAnyStepLeavesAWholeFile) {
-    for (int nth = 1;; ++nth) {
+    for (int nth = 1, count = 0; count >= nth - 1; ++nth) {
         SCOPED_TRACE(nth);
-        state(kOld);
-        kora::settingsStop();
-        kora::settingsStart();
-        int count = 0;
+        startWith(kOld);
+        count = 0;
         {
-            Watched watched([&](const char*, const std::string&) {
-                if (++count == nth) throw std::runtime_error("killed");
-            });
+            Watched watched(
+                [&](auto, auto&) { return ++count == nth ? throw std::runtime_error("killed") : Cause::none; });
             set();
         }
         EXPECT_THAT(state(), AnyOf(kOld, kNew));
@@ -219,78 +182,78 @@ TEST_F(FileSwap, AProcessThatEndsAtAnyStepLeavesAWholeFile) {
         EXPECT_TRUE(set());
         EXPECT_EQ(state(), kNew);
         EXPECT_FALSE(leftovers());
-        if (count < nth) break;
     }
 }
 
 TEST_F(FileSwap, AMissingFileTakesItsBackupBack) {
     files.makeFolder(kStateFolder);
     files.write(kStateBackup, kOld);
+    {
+        Watched watched([](auto operation, auto&) { return operation == "rename" ? Cause::denied : Cause::none; });
+        EXPECT_EQ(get(eIniState, "Frame", "Zoomed"), "(not found)");
+        EXPECT_FALSE(set()) << "the backup would be lost";
+        EXPECT_FALSE(files.has(kState));
+    }
+    kora::settingsStop();
     EXPECT_EQ(get(eIniState, "Frame", "Zoomed"), "False");
     EXPECT_EQ(state(), kOld);
     EXPECT_FALSE(leftovers());
 
-    // A backup beside a file that is there is none of its business.
-    kora::settingsStop();
+    // A backup beside a file that is there is none of its business, and a directory is nobody's backup.
+    startWith(kOld);
     files.write(kStateBackup, "[Frame]\nZoomed = older\n");
     EXPECT_EQ(get(eIniState, "Frame", "Zoomed"), "False");
-
-    files.write("documents/qzold96.ert", "[S]\nk = 1\n");
     kora::settingsStop();
+    files.write("documents/qzold96.ert", "[S]\nk = 1\n");
     EXPECT_EQ(get(eIniMain, "S", "k"), "1");
     EXPECT_TRUE(files.has(kMain));
-}
-
-TEST_F(FileSwap, ABackupThatCouldNotBeTakenBackIsNotWrittenOver) {
-    files.makeFolder(kStateFolder);
-    files.write(kStateBackup, kOld);
-    {
-        struct NoRename : FileFault {
-            NoRename() : FileFault(1000) {}
-            bool rename(const std::string&, const std::string&, Failure& failure) override {
-                failure = {Cause::denied, 5};
-                return false;
-            }
-        } fault;
-        EXPECT_EQ(get(eIniState, "Frame", "Zoomed"), "(not found)");
-        EXPECT_FALSE(set());
-    }
-    EXPECT_FALSE(files.has(kState));
-    EXPECT_TRUE(set());
-    EXPECT_EQ(state(), kNew);
+    files.makeFolder("work/qzold96.ert");
+    EXPECT_TRUE(IniMainFileSet(files.path("work\\own.ini").c_str()));
+    EXPECT_FALSE(files.has("work/own.ini"));
 }
 
 #if !defined(_WIN32)
 
+TEST_F(FileSwap, AFileKeepsItsPermissionsAndALinkItsTarget) {
+    namespace fs = std::filesystem;
+    startWith(kOld);
+    files.makeFolder("elsewhere");
+    fs::rename(file(), files.native() / "elsewhere/real");
+    fs::permissions(files.native() / "elsewhere/real", fs::perms(0640));
+    fs::create_symlink("../../../elsewhere/real", file());
+    EXPECT_TRUE(set());
+    EXPECT_TRUE(fs::is_symlink(file()));
+    EXPECT_EQ(files.read("elsewhere/real"), kNew);
+    EXPECT_EQ(fs::status(file()).permissions(), fs::perms(0640));
+    EXPECT_EQ(std::distance(fs::directory_iterator(files.native() / "elsewhere"), {}), 1) << "nothing is left";
+    // What the link leads to is made, or taken back from the backup that stands there.
+    fs::remove(files.native() / "elsewhere/real");
+    EXPECT_TRUE(set());
+    EXPECT_EQ(files.read("elsewhere/real"), "[Frame]\nZoomed = True\n");
+    fs::rename(files.native() / "elsewhere/real", files.native() / "elsewhere/qzold96.ert");
+    kora::settingsStop();
+    EXPECT_EQ(get(eIniState, "Frame", "Zoomed"), "True");
+}
+
 // A reader that never stops looking sees the file at every moment, and whole; so it is found after the writer was
 // killed.
 TEST_F(FileSwap, AWriterThatIsKilledAnywhereLeavesAWholeFile) {
-    constexpr unsigned seed = 96;
-    std::mt19937 random(seed);
+    std::mt19937 random(96);
     const auto textOf = [](char c) { return "[S]\nk = " + std::string(3000, c) + "\nlast = 1\n"; };
+    const auto isWhole = [&](const std::string& text) { return text.size() > 8 && text == textOf(text[8]); };
     for (int round = 0; round < 12; ++round) {
         SCOPED_TRACE(round);
-        state(textOf('a'));
-        kora::settingsStop();
-        kora::settingsStart();
+        startWith(textOf('a').c_str());
         const pid_t writer = fork();
         ASSERT_NE(writer, -1);
-        if (writer == 0) {
-            for (char c = 'a';; c = c == 'z' ? 'a' : static_cast<char>(c + 1))
-                IniSetString(eIniState, "S", "k", std::string(3000, c).c_str());
-        }
-        std::string seen;
-        unsigned torn = 0;
-        for (auto looks = 50 + random() % 400; looks > 0; --looks) {
-            seen = state();
-            torn += seen.size() != textOf('a').size() || seen != textOf(seen[8]);
-        }
+        for (char c = 'a'; writer == 0; c = c == 'z' ? 'a' : static_cast<char>(c + 1))
+            IniSetString(eIniState, "S", "k", std::string(3000, c).c_str());
+        int torn = 0;
+        for (auto looks = 50 + random() % 400; looks > 0; --looks) torn += !isWhole(state());
         kill(writer, SIGKILL);
         waitpid(writer, nullptr, 0);
-        EXPECT_EQ(torn, 0u);
-        EXPECT_TRUE(files.has(kState));
-        seen = state();
-        EXPECT_TRUE(seen.size() == textOf('a').size() && seen == textOf(seen[8])) << seen;
+        EXPECT_EQ(torn, 0);
+        EXPECT_TRUE(isWhole(state())) << state();
         EXPECT_TRUE(IniSetString(eIniState, "S", "k", "1"));
         EXPECT_EQ(state(), "[S]\nk = 1\nlast = 1\n");
         EXPECT_FALSE(leftovers());

@@ -34,6 +34,16 @@ public:
         FileSystem::write(path, bytes.substr(0, bytes.size() / 2), mode, false, ignored);
         return false;
     }
+    bool writeLike(const std::string& path, const std::string& model, std::string_view bytes,
+                   platform::Failure& failure) override {
+        if (!fails(failure)) return FileSystem::writeLike(path, model, bytes, failure);
+        platform::Failure ignored;
+        FileSystem::writeLike(path, model, bytes.substr(0, bytes.size() / 2), ignored);
+        return false;
+    }
+    bool resolveLinks(const std::string& path, std::string& target, platform::Failure& failure) override {
+        return !fails(failure) && FileSystem::resolveLinks(path, target, failure);
+    }
     bool remove(const std::string& path, platform::Failure& failure) override {
         return !fails(failure) && FileSystem::remove(path, failure);
     }

@@ -195,4 +195,44 @@ TEST(FileSystem, ListsWhatCanBeNamed) {
                                                                  {"way", FileKind::directory}}));
 }
 
+TEST(FileSystem, GivesAFileTheAccessOfAnother) {
+    const TestFolder folder;
+    folder.write("model", "x");
+    const std::string model = folder.nativeText("model"), made = folder.nativeText("new");
+    const bool maySetOwner = chown(model.c_str(), kNobody, kNobody) == 0;
+    for (const mode_t mode : {0600u, 0444u, 0666u}) {
+        ASSERT_EQ(chmod(model.c_str(), mode), 0);
+        Failure failure;
+        ASSERT_TRUE(fileSystem().writeLike(folder.path("new"), folder.path("MODEL"), "text", failure));
+        struct stat status;
+        ASSERT_EQ(stat(made.c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 0777, mode);
+        EXPECT_EQ(status.st_uid, maySetOwner ? kNobody : geteuid());
+    }
+}
+
+TEST(FileSystem, FollowsLinksToTheirEnd) {
+    const TestFolder folder;
+    folder.makeFolder("a/b");
+    folder.write("a/file", "x");
+    const auto link = [&](const std::string& target, const char* name) {
+        std::filesystem::create_symlink(target, folder.native() / name);
+    };
+    link("a/b/second", "first");
+    link("../FILE", "a/b/second");
+    link(folder.nativeText("first"), "whole");
+    link("a/none", "nowhere");
+    link("circle", "circle");
+    link("a\\file", "separator");
+    const auto end = [&](const char* name) {
+        std::string target = "(none)";
+        Failure failure;
+        fileSystem().resolveLinks(folder.path(name), target, failure);
+        return target;
+    };
+    for (const char* name : {"first", "FIRST", "whole"}) EXPECT_EQ(end(name), folder.path("a\\b\\..\\FILE"));
+    EXPECT_EQ(end("nowhere"), folder.path("a\\none"));
+    for (const char* name : {"circle", "separator"}) EXPECT_EQ(end(name), "(none)");
+}
+
 }  // namespace
