@@ -1,19 +1,15 @@
-#include <dirent.h>
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <charconv>
 #include <climits>
 #include <exception>
-#include <memory>
 #include <string>
 #include <tuple>
-#include <utility>
 
 #include "platform/Platform.h"
+#include "platform/posix/Handles.h"
 #include "platform/posix/NativePath.h"
 
 namespace kora::platform {
@@ -36,34 +32,12 @@ bool onPath(const std::string& path, Failure& failure, Operation operation) {
     }
 }
 
-class Descriptor {
-public:
-    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-    ~Descriptor() {
-        if (descriptor_ >= 0) ::close(descriptor_);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int get() const { return descriptor_; }
-    explicit operator bool() const { return descriptor_ >= 0; }
-    /// False with errno where bytes that were taken before could not be kept.
-    bool close() {
-        const int result = ::close(std::exchange(descriptor_, -1));
-        return result == 0 || errno == EINTR;
-    }
-
-private:
-    int descriptor_;
-};
-
-/// Opens without ever waiting for the other end of a pipe or for a device.
-int openFile(const char* native, int flags, mode_t mode = 0) {
-    int descriptor;
-    do {
-        descriptor = ::open(native, flags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, mode);
-    } while (descriptor < 0 && errno == EINTR);
-    return descriptor;
+/// The same for two.
+template <typename Operation>
+bool onPaths(const std::string& from, const std::string& to, Failure& failure, Operation operation) {
+    return onPath(from, failure, [&](const std::string& nativeFrom) {
+        return onPath(to, failure, [&](const std::string& nativeTo) { return operation(nativeFrom, nativeTo); });
+    });
 }
 
 /// Tells what stands under an open descriptor; false where it is no ordinary file.
@@ -148,10 +122,6 @@ bool copyFile(const std::string& from, const std::string& to, Failure& failure) 
     return false;
 }
 
-struct CloseDirectory {
-    void operator()(DIR* stream) const { closedir(stream); }
-};
-
 FileKind kindOf(DIR* stream, const dirent& entry) {
     if (entry.d_type == DT_DIR) return FileKind::directory;
     if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) return FileKind::file;
@@ -234,17 +204,15 @@ bool FileSystem::write(const std::string& path, std::string_view bytes, WriteMod
 
 bool FileSystem::writeLike(const std::string& path, const std::string& model, std::string_view bytes,
                            Failure& failure) {
-    return onPath(path, failure, [&](const std::string& native) {
-        return onPath(model, failure, [&](const std::string& nativeModel) {
-            struct stat like;
-            const bool known = onExistingName(nativeModel, [&](const char* name) { return stat(name, &like); }) == 0;
-            const std::string name = findName(native);
-            if (unlink(name.c_str()) != 0 && errno != ENOENT) return fail(failure, errno);
-            Descriptor file(openFile(name.c_str(), O_WRONLY | O_CREAT | O_EXCL, known ? 0600 : 0666));
-            if (!file) return fail(failure, errno);
-            if (known) giveAccess(file, like);
-            return writeAll(file, bytes, failure) && finishWriting(file, /*flush=*/true, failure);
-        });
+    return onPaths(path, model, failure, [&](const std::string& native, const std::string& nativeModel) {
+        struct stat like;
+        const bool known = onExistingName(nativeModel, [&](const char* name) { return stat(name, &like); }) == 0;
+        const std::string name = findName(native);
+        if (unlink(name.c_str()) != 0 && errno != ENOENT) return fail(failure, errno);
+        Descriptor file(openFile(name.c_str(), O_WRONLY | O_CREAT | O_EXCL, known ? 0600 : 0666));
+        if (!file) return fail(failure, errno);
+        if (known) giveAccess(file, like);
+        return writeAll(file, bytes, failure) && finishWriting(file, /*flush=*/true, failure);
     });
 }
 
@@ -276,47 +244,43 @@ bool FileSystem::remove(const std::string& path, Failure& failure) {
 }
 
 bool FileSystem::link(const std::string& from, const std::string& to, Failure& failure) {
-    return onPath(from, failure, [&](const std::string& nativeFrom) {
-        return onPath(to, failure, [&](const std::string& nativeTo) {
-            const std::string source = findName(nativeFrom), target = findName(nativeTo);
-            if (linkat(AT_FDCWD, source.c_str(), AT_FDCWD, target.c_str(), AT_SYMLINK_FOLLOW) == 0) return true;
-            switch (errno) {
-                case EPERM:  // no links here, or not to somebody else's file
-                case EXDEV:
-                case EMLINK:
-                case EOPNOTSUPP:
-                case ENOSYS:
-                    return copyFile(source, target, failure);
-                default:
-                    return fail(failure, errno);
-            }
-        });
+    return onPaths(from, to, failure, [&](const std::string& nativeFrom, const std::string& nativeTo) {
+        const std::string source = findName(nativeFrom), target = findName(nativeTo);
+        if (linkat(AT_FDCWD, source.c_str(), AT_FDCWD, target.c_str(), AT_SYMLINK_FOLLOW) == 0) return true;
+        switch (errno) {
+            case EPERM:  // no links here, or not to somebody else's file
+            case EXDEV:
+            case EMLINK:
+            case EOPNOTSUPP:
+            case ENOSYS:
+                return copyFile(source, target, failure);
+            default:
+                return fail(failure, errno);
+        }
     });
 }
 
 bool FileSystem::rename(const std::string& from, const std::string& to, Failure& failure) {
-    return onPath(from, failure, [&](const std::string& nativeFrom) {
-        return onPath(to, failure, [&](const std::string& nativeTo) {
-            const std::string source = findName(nativeFrom);
-            std::string target = findName(nativeTo);
-            struct stat old, replaced;
-            if (lstat(source.c_str(), &old) != 0) return fail(failure, errno);
-            bool sameFile = false;
-            if (lstat(target.c_str(), &replaced) == 0) {
-                if (S_ISDIR(replaced.st_mode) != S_ISDIR(old.st_mode)) return fail(failure, EISDIR);
-                sameFile = old.st_dev == replaced.st_dev && old.st_ino == replaced.st_ino;
-                if (sameFile && isSameEntry(source, target)) {
-                    // The file's own name in another letter case is a new name for it.
-                    target = target.substr(0, target.rfind('/') + 1) + nativeTo.substr(nativeTo.rfind('/') + 1);
-                    sameFile = false;
-                } else if (S_ISDIR(old.st_mode)) {
-                    return fail(failure, EISDIR);
-                }
+    return onPaths(from, to, failure, [&](const std::string& nativeFrom, const std::string& nativeTo) {
+        const std::string source = findName(nativeFrom);
+        std::string target = findName(nativeTo);
+        struct stat old, replaced;
+        if (lstat(source.c_str(), &old) != 0) return fail(failure, errno);
+        bool sameFile = false;
+        if (lstat(target.c_str(), &replaced) == 0) {
+            if (S_ISDIR(replaced.st_mode) != S_ISDIR(old.st_mode)) return fail(failure, EISDIR);
+            sameFile = old.st_dev == replaced.st_dev && old.st_ino == replaced.st_ino;
+            if (sameFile && isSameEntry(source, target)) {
+                // The file's own name in another letter case is a new name for it.
+                target = target.substr(0, target.rfind('/') + 1) + nativeTo.substr(nativeTo.rfind('/') + 1);
+                sameFile = false;
+            } else if (S_ISDIR(old.st_mode)) {
+                return fail(failure, EISDIR);
             }
-            // Two names of one file: the system would leave both.
-            const int result = sameFile ? unlink(source.c_str()) : ::rename(source.c_str(), target.c_str());
-            return result == 0 || fail(failure, errno);
-        });
+        }
+        // Two names of one file: the system would leave both.
+        const int result = sameFile ? unlink(source.c_str()) : ::rename(source.c_str(), target.c_str());
+        return result == 0 || fail(failure, errno);
     });
 }
 
@@ -340,7 +304,7 @@ bool FileSystem::list(const std::string& path, std::vector<DirectoryEntry>& entr
         const int descriptor =
             onExistingName(native, [](const char* name) { return openFile(name, O_RDONLY | O_DIRECTORY); });
         if (descriptor < 0) return errno == ENOTDIR ? failOnFile(native, failure) : fail(failure, errno);
-        const std::unique_ptr<DIR, CloseDirectory> stream(fdopendir(descriptor));
+        const DirectoryStream stream(fdopendir(descriptor));
         if (!stream) {
             const int error = errno;
             ::close(descriptor);

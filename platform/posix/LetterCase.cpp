@@ -1,17 +1,15 @@
-#include <dirent.h>
 #include <linux/magic.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
 #include <time.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <memory>
 #include <mutex>
 #include <unordered_map>
 #include <vector>
 
+#include "platform/posix/Handles.h"
 #include "platform/posix/NativePath.h"
 
 namespace kora::platform::posix {
@@ -111,10 +109,6 @@ bool isSettled(const timespec& changed, const timespec& now) {
     return age > (changed.tv_nsec % 10'000'000 == 0 ? 3'000 : 100);
 }
 
-struct CloseDirectory {
-    void operator()(DIR* stream) const { closedir(stream); }
-};
-
 /// The name in @p directory that is @p part, else the first in byte order that differs from it in letter case alone;
 /// empty when there is none. @p asItStands describes the directory.
 std::string variantIn(const std::string& directory, const struct stat& asItStands, std::string_view part) {
@@ -124,7 +118,7 @@ std::string variantIn(const std::string& directory, const struct stat& asItStand
 
     timespec now;
     clock_gettime(CLOCK_REALTIME, &now);
-    const std::unique_ptr<DIR, CloseDirectory> stream(opendir(directory.c_str()));
+    const DirectoryStream stream(opendir(directory.c_str()));
     struct stat opened;
     if (!stream || fstat(dirfd(stream.get()), &opened) != 0) return {};
     Listing listing{opened.st_dev, opened.st_ino, opened.st_ctim, announcesChanges(dirfd(stream.get())), {}};

@@ -1,10 +1,8 @@
 #include <dlfcn.h>
 #include <elf.h>
-#include <fcntl.h>
 #include <link.h>
 #include <locale.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -14,6 +12,7 @@
 
 #include "core/OwnStrings.h"
 #include "platform/Platform.h"
+#include "platform/posix/Handles.h"
 #include "platform/posix/NativePath.h"
 
 namespace kora::platform {
@@ -69,31 +68,29 @@ std::uint32_t codeOf(int error) {
             return kAccessDenied;
         case ENOMEM:
             return kNoMemory;
-        case ENOENT:
-            return kFileNotFound;
-        default:
+        case ENOTDIR:
+        case ENAMETOOLONG:
+        case ELOOP:
             return kPathNotFound;
+        default:  // there, but nothing that can be read: a socket, a broken disk
+            return kBadFormat;
     }
 }
 
 /// What stands in the way of loading @p native before the loader is asked; 0 when nothing does.
 std::uint32_t obstacle(const std::string& native) {
     struct stat status;
-    const int file = open(native.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (file < 0) {
+    const Descriptor file(openFile(native.c_str(), O_RDONLY));
+    if (!file) {
         if (errno != ENOENT) return codeOf(errno);
         const std::string directory = native.substr(0, native.rfind('/') + 1) + '.';
         return stat(directory.c_str(), &status) == 0 ? kFileNotFound : kPathNotFound;
     }
-    std::uint32_t code = 0;
-    if (fstat(file, &status) != 0)
-        code = codeOf(errno);
-    else if (S_ISDIR(status.st_mode))
-        code = kAccessDenied;
-    else if (!S_ISREG(status.st_mode) || !isLibrary(file, static_cast<std::uint64_t>(status.st_size)))
-        code = kBadFormat;
-    close(file);
-    return code;
+    if (fstat(file.get(), &status) != 0) return codeOf(errno);
+    if (S_ISDIR(status.st_mode)) return kAccessDenied;
+    const bool ordinary = S_ISREG(status.st_mode);
+    if (ordinary && isLibrary(file.get(), static_cast<std::uint64_t>(status.st_size))) return 0;
+    return kBadFormat;
 }
 
 /// The loader's sentence in the language of its sources, whatever the user's is, so that it can be read by codeOf().
@@ -160,7 +157,7 @@ ModuleHandle loadModule(const std::string& path, LoadFailure& failure) {
 }
 
 void unloadModule(ModuleHandle module) {
-    if (module != 0 && module != ownModule()) dlclose(address(module));
+    if (module != 0) dlclose(address(module));
 }
 
 void* moduleFunction(ModuleHandle module, const char* name) {
@@ -175,9 +172,9 @@ int moduleString(ModuleHandle module, int id, char* buffer, int size) {
     if (module == 0 || !buffer || size <= 0) return 0;
     const TskString* string = stringTable(module);
     while (string && string->text && string->id != id) ++string;
-    if (!string || !string->text) return 0;
-    const std::size_t length = strnlen(string->text, static_cast<std::size_t>(size) - 1);
-    std::memcpy(buffer, string->text, length);
+    const char* const text = string && string->text ? string->text : "";
+    const std::size_t length = strnlen(text, static_cast<std::size_t>(size) - 1);
+    std::memcpy(buffer, text, length);
     buffer[length] = '\0';
     return static_cast<int>(length);
 }
