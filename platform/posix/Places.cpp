@@ -1,8 +1,10 @@
 #include <pwd.h>
+#include <sys/auxv.h>
 #include <unistd.h>
 
 #include <climits>
 #include <cstdlib>
+#include <cstring>
 #include <exception>
 
 #include "platform/Platform.h"
@@ -115,8 +117,10 @@ std::string Environment::programDirectory() {
     return named([] {
         char path[PATH_MAX];
         const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
-        if (length <= 0) return std::string();
-        const std::string_view program(path, static_cast<std::size_t>(length));
+        // Where that is not mounted, the name under which the program was started.
+        const auto* const started = reinterpret_cast<const char*>(getauxval(AT_EXECFN));
+        if (length <= 0 && (!started || !realpath(started, path))) return std::string();
+        const std::string_view program(path, length > 0 ? static_cast<std::size_t>(length) : std::strlen(path));
         return directoryPath(program.substr(0, program.rfind('/') + 1));
     });
 }
