@@ -52,46 +52,31 @@ INT_PTR showFirst(int resource, DLGPROC procedure, Content& content) {
 
 // The procedures answer false to WM_INITDIALOG because they have set the focus themselves.
 
-INT_PTR CALLBACK errorAdvanced(HWND dialog, UINT message, WPARAM control, LPARAM parameter) {
+/// A dialog around one box to tick, which OK takes over and Cancel leaves.
+INT_PTR boxDialog(HWND dialog, UINT message, WPARAM control, LPARAM parameter, int box, bool Content::*ticked) {
     if (message == WM_INITDIALOG) {
         begin(dialog, parameter, IDOK);
-        CheckDlgButton(dialog, KORA_CONTROL_TRACE_TO_FILE, contentOf(dialog).traceToFile);
+        CheckDlgButton(dialog, box, contentOf(dialog).*ticked);
         return FALSE;
     }
-    if (message != WM_COMMAND) return FALSE;
-    switch (LOWORD(control)) {
-        case IDOK:
-            contentOf(dialog).traceToFile = IsDlgButtonChecked(dialog, KORA_CONTROL_TRACE_TO_FILE) == BST_CHECKED;
-            [[fallthrough]];
-        case IDCANCEL:
-            EndDialog(dialog, LOWORD(control));
-            return TRUE;
-        default:
-            return FALSE;
-    }
+    if (message != WM_COMMAND || (LOWORD(control) != IDOK && LOWORD(control) != IDCANCEL)) return FALSE;
+    if (LOWORD(control) == IDOK) contentOf(dialog).*ticked = IsDlgButtonChecked(dialog, box) == BST_CHECKED;
+    EndDialog(dialog, LOWORD(control));
+    return TRUE;
+}
+
+INT_PTR CALLBACK errorAdvanced(HWND dialog, UINT message, WPARAM control, LPARAM parameter) {
+    return boxDialog(dialog, message, control, parameter, KORA_CONTROL_TRACE_TO_FILE, &Content::traceToFile);
 }
 
 INT_PTR CALLBACK error(HWND dialog, UINT message, WPARAM control, LPARAM parameter) {
-    if (message == WM_INITDIALOG) {
-        begin(dialog, parameter, IDOK);
-        SetWindowTextA(dialog, contentOf(dialog).title.c_str());
-        CheckDlgButton(dialog, KORA_CONTROL_SUPPRESS, contentOf(dialog).suppress);
-        return FALSE;
+    if (message == WM_COMMAND && LOWORD(control) == KORA_CONTROL_ADVANCED) {
+        show(KORA_DIALOG_ERROR_ADVANCED, dialog, errorAdvanced, contentOf(dialog));
+        return TRUE;
     }
-    if (message != WM_COMMAND) return FALSE;
-    switch (LOWORD(control)) {
-        case KORA_CONTROL_ADVANCED:
-            show(KORA_DIALOG_ERROR_ADVANCED, dialog, errorAdvanced, contentOf(dialog));
-            return TRUE;
-        case IDOK:
-            contentOf(dialog).suppress = IsDlgButtonChecked(dialog, KORA_CONTROL_SUPPRESS) == BST_CHECKED;
-            [[fallthrough]];
-        case IDCANCEL:
-            EndDialog(dialog, LOWORD(control));
-            return TRUE;
-        default:
-            return FALSE;
-    }
+    const INT_PTR handled = boxDialog(dialog, message, control, parameter, KORA_CONTROL_SUPPRESS, &Content::suppress);
+    if (message == WM_INITDIALOG) SetWindowTextA(dialog, contentOf(dialog).title.c_str());
+    return handled;
 }
 
 INT_PTR CALLBACK continueAlert(HWND dialog, UINT message, WPARAM control, LPARAM parameter) {

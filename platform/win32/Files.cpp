@@ -35,8 +35,7 @@ bool onPath(const std::string& path, Failure& failure, Operation operation) {
         std::string native;
         return systemPath(path, native, failure) && operation(native);
     } catch (const std::exception&) {
-        failure = failureOf(ERROR_NOT_ENOUGH_MEMORY);
-        return false;
+        return fail(failure, ERROR_NOT_ENOUGH_MEMORY);
     }
 }
 
@@ -48,15 +47,10 @@ bool onPaths(const std::string& from, const std::string& to, Failure& failure, O
     });
 }
 
-bool failed(Failure& failure) {
-    failure = lastFailure();
-    return false;
-}
-
 /// Files the last error of an operation on a file. That a directory stands there, the system calls a missing
 /// permission.
-bool fileFailed(const std::string& native, Failure& failure) {
-    failed(failure);
+bool failOnFile(const std::string& native, Failure& failure) {
+    failLast(failure);
     if (failure.cause == Cause::denied && isKind(native, FileKind::directory)) failure.cause = Cause::wrongKind;
     return false;
 }
@@ -76,7 +70,10 @@ Handle openFile(const std::string& native, DWORD access, DWORD share, DWORD crea
 bool directoryWritable(const std::string& native) {
     const Handle directory(CreateFileA(native.c_str(), FILE_ADD_FILE, kShareAll, nullptr, OPEN_EXISTING,
                                        FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-    return directory || lastFailure().cause != Cause::denied;
+    if (directory) return true;
+    Failure failure;
+    failLast(failure);
+    return failure.cause != Cause::denied;
 }
 
 /// Whether another handle on the file is open at this moment.
@@ -113,19 +110,16 @@ bool writeAll(const Handle& file, std::string_view bytes, Failure& failure) {
     while (!bytes.empty()) {
         const DWORD wanted = static_cast<DWORD>(std::min(bytes.size(), kTransfer));
         DWORD written = 0;
-        if (!WriteFile(file.get(), bytes.data(), wanted, &written, nullptr)) return failed(failure);
-        if (written == 0) {
-            failure = failureOf(ERROR_DISK_FULL);
-            return false;
-        }
+        if (!WriteFile(file.get(), bytes.data(), wanted, &written, nullptr)) return failLast(failure);
+        if (written == 0) return fail(failure, ERROR_DISK_FULL);
         bytes.remove_prefix(written);
     }
     return true;
 }
 
 bool finishWriting(Handle& file, bool flush, Failure& failure) {
-    if (flush && !FlushFileBuffers(file.get())) return failed(failure);
-    return file.close() || failed(failure);
+    if (flush && !FlushFileBuffers(file.get())) return failLast(failure);
+    return file.close() || failLast(failure);
 }
 
 /// The access list of a file, as a new file takes it; empty where the file or its file system has none.
@@ -149,7 +143,7 @@ bool linksMissing(DWORD code) {
 bool FileSystem::status(const std::string& path, FileStatus& status, Failure& failure) {
     return onPath(path, failure, [&](const std::string& native) {
         WIN32_FILE_ATTRIBUTE_DATA data;
-        if (!GetFileAttributesExA(native.c_str(), GetFileExInfoStandard, &data)) return failed(failure);
+        if (!GetFileAttributesExA(native.c_str(), GetFileExInfoStandard, &data)) return failLast(failure);
         status.kind = kindOf(data.dwFileAttributes);
         status.size = 0;
         if (status.kind == FileKind::file)
@@ -165,7 +159,7 @@ bool FileSystem::status(const std::string& path, FileStatus& status, Failure& fa
 bool FileSystem::kind(const std::string& path, FileKind& kind, Failure& failure) {
     return onPath(path, failure, [&](const std::string& native) {
         const DWORD attributes = GetFileAttributesA(native.c_str());
-        if (attributes == INVALID_FILE_ATTRIBUTES) return failed(failure);
+        if (attributes == INVALID_FILE_ATTRIBUTES) return failLast(failure);
         kind = kindOf(attributes);
         return true;
     });
@@ -174,21 +168,19 @@ bool FileSystem::kind(const std::string& path, FileKind& kind, Failure& failure)
 bool FileSystem::read(const std::string& path, std::string& bytes, Failure& failure) {
     return onPath(path, failure, [&](const std::string& native) {
         const Handle file = openFile(native, GENERIC_READ, kShareAll, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN);
-        if (!file) return fileFailed(native, failure);
+        if (!file) return failOnFile(native, failure);
         LARGE_INTEGER size;
-        if (!GetFileSizeEx(file.get(), &size)) return failed(failure);
+        if (!GetFileSizeEx(file.get(), &size)) return failLast(failure);
         std::string text;
-        if (static_cast<std::uint64_t>(size.QuadPart) >= text.max_size() - kTransfer) {
-            failure = failureOf(ERROR_NOT_ENOUGH_MEMORY);
-            return false;
-        }
+        if (static_cast<std::uint64_t>(size.QuadPart) >= text.max_size() - kTransfer)
+            return fail(failure, ERROR_NOT_ENOUGH_MEMORY);
         // One byte more than the file has, so that its end shows at once; a file that grows meanwhile is read to its
         // end.
         text.resize(static_cast<std::size_t>(size.QuadPart) + 1);
         for (std::size_t length = 0;;) {
             const DWORD wanted = static_cast<DWORD>(std::min(text.size() - length, kTransfer));
             DWORD got = 0;
-            if (!ReadFile(file.get(), text.data() + length, wanted, &got, nullptr)) return failed(failure);
+            if (!ReadFile(file.get(), text.data() + length, wanted, &got, nullptr)) return failLast(failure);
             length += got;
             if (got == 0) {
                 text.resize(length);
@@ -208,9 +200,9 @@ bool FileSystem::write(const std::string& path, std::string_view bytes, WriteMod
         Handle file = openFile(native, append ? FILE_APPEND_DATA | SYNCHRONIZE : GENERIC_WRITE,
                                append ? kShareAll : FILE_SHARE_READ | FILE_SHARE_DELETE,
                                mode == WriteMode::createNew ? CREATE_NEW : OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL);
-        if (!file) return fileFailed(native, failure);
+        if (!file) return failOnFile(native, failure);
         // Emptied here and not by CREATE_ALWAYS, which refuses hidden files.
-        if (mode == WriteMode::replace && !SetEndOfFile(file.get())) return failed(failure);
+        if (mode == WriteMode::replace && !SetEndOfFile(file.get())) return failLast(failure);
         return writeAll(file, bytes, failure) && finishWriting(file, flush, failure);
     });
 }
@@ -224,10 +216,10 @@ bool FileSystem::writeLike(const std::string& path, const std::string& model, st
         attributes = attributes == INVALID_FILE_ATTRIBUTES ? 0 : attributes & kKept;
         std::string access = accessOf(nativeModel);
         SECURITY_ATTRIBUTES security = {sizeof security, access.empty() ? nullptr : access.data(), FALSE};
-        if (!DeleteFileA(native.c_str()) && GetLastError() != ERROR_FILE_NOT_FOUND) return fileFailed(native, failure);
+        if (!DeleteFileA(native.c_str()) && GetLastError() != ERROR_FILE_NOT_FOUND) return failOnFile(native, failure);
         Handle file(CreateFileA(native.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE, &security,
                                 CREATE_NEW, attributes | FILE_ATTRIBUTE_ARCHIVE, nullptr));
-        if (!file) return fileFailed(native, failure);
+        if (!file) return failOnFile(native, failure);
         return writeAll(file, bytes, failure) && finishWriting(file, /*flush=*/true, failure);
     });
 }
@@ -244,15 +236,12 @@ bool FileSystem::resolveLinks(const std::string& path, std::string& target, Fail
         }
         const Handle file(
             CreateFileA(native.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-        if (!file) return failed(failure);
+        if (!file) return failLast(failure);
         constexpr std::string_view kLocal = "\\\\?\\", kServer = "\\\\?\\UNC\\";
         char name[MAX_PATH + kServer.size()];
         const DWORD length = finalPathName(file.get(), name, sizeof name, 0);
-        if (length == 0) return failed(failure);
-        if (length >= sizeof name) {
-            failure = failureOf(ERROR_FILENAME_EXCED_RANGE);
-            return false;
-        }
+        if (length == 0) return failLast(failure);
+        if (length >= sizeof name) return fail(failure, ERROR_FILENAME_EXCED_RANGE);
         const std::string_view text(name, length);
         if (text.starts_with(kServer))
             target = "\\\\" + std::string(text.substr(kServer.size()));
@@ -264,7 +253,7 @@ bool FileSystem::resolveLinks(const std::string& path, std::string& target, Fail
 
 bool FileSystem::remove(const std::string& path, Failure& failure) {
     return onPath(path, failure, [&](const std::string& native) {
-        return DeleteFileA(native.c_str()) || fileFailed(native, failure);
+        return DeleteFileA(native.c_str()) || failOnFile(native, failure);
     });
 }
 
@@ -274,10 +263,10 @@ bool FileSystem::link(const std::string& from, const std::string& to, Failure& f
         static const auto createHardLink = systemFunction<CreateHardLink>("kernel32.dll", "CreateHardLinkA");
         if (createHardLink) {
             if (createHardLink(nativeTo.c_str(), nativeFrom.c_str(), nullptr)) return true;
-            if (!linksMissing(GetLastError())) return fileFailed(nativeFrom, failure);
+            if (!linksMissing(GetLastError())) return failOnFile(nativeFrom, failure);
         }
         return CopyFileA(nativeFrom.c_str(), nativeTo.c_str(), /*failIfExists=*/TRUE) ||
-               fileFailed(nativeFrom, failure);
+               failOnFile(nativeFrom, failure);
     });
 }
 
@@ -288,7 +277,7 @@ bool FileSystem::rename(const std::string& from, const std::string& to, Failure&
             if (isSame(nativeFrom, nativeTo) && !isSameEntry(nativeFrom, nativeTo)) DeleteFileA(nativeFrom.c_str());
             return true;
         }
-        fileFailed(nativeTo, failure);
+        failOnFile(nativeTo, failure);
         // Over a file that somebody reads the system has no permission to give, at this moment.
         if (failure.cause == Cause::denied && heldOpen(nativeTo)) failure.cause = Cause::busy;
         return false;
@@ -298,7 +287,7 @@ bool FileSystem::rename(const std::string& from, const std::string& to, Failure&
 bool FileSystem::createDirectory(const std::string& path, Failure& failure) {
     return onPath(path, failure, [&](const std::string& native) {
         if (CreateDirectoryA(native.c_str(), nullptr)) return true;
-        failed(failure);
+        failLast(failure);
         if (failure.cause == Cause::denied && isKind(native, FileKind::directory))
             failure.cause = Cause::exists;  // a root
         return false;
@@ -307,23 +296,20 @@ bool FileSystem::createDirectory(const std::string& path, Failure& failure) {
 
 bool FileSystem::removeDirectory(const std::string& path, Failure& failure) {
     return onPath(path, failure,
-                  [&](const std::string& native) { return RemoveDirectoryA(native.c_str()) || failed(failure); });
+                  [&](const std::string& native) { return RemoveDirectoryA(native.c_str()) || failLast(failure); });
 }
 
 bool FileSystem::list(const std::string& path, std::vector<DirectoryEntry>& entries, Failure& failure) {
     return onPath(path, failure, [&](std::string& native) {
         const DWORD attributes = GetFileAttributesA(native.c_str());
-        if (attributes == INVALID_FILE_ATTRIBUTES) return failed(failure);
-        if (kindOf(attributes) != FileKind::directory) {
-            failure = failureOf(ERROR_DIRECTORY);
-            return false;
-        }
+        if (attributes == INVALID_FILE_ATTRIBUTES) return failLast(failure);
+        if (kindOf(attributes) != FileKind::directory) return fail(failure, ERROR_DIRECTORY);
         if (native.back() != '\\') native += '\\';
         WIN32_FIND_DATAA data;
         const HANDLE search = FindFirstFileA((native + '*').c_str(), &data);
         if (search == INVALID_HANDLE_VALUE) {
             // The root of an empty disk holds nothing at all, not even "." and "..".
-            if (GetLastError() != ERROR_FILE_NOT_FOUND) return failed(failure);
+            if (GetLastError() != ERROR_FILE_NOT_FOUND) return failLast(failure);
             entries.clear();
             return true;
         }
@@ -339,7 +325,7 @@ bool FileSystem::list(const std::string& path, std::vector<DirectoryEntry>& entr
             if (name.find('?') != std::string::npos && data.cAlternateFileName[0]) name = data.cAlternateFileName;
             found.push_back({std::move(name), kindOf(data.dwFileAttributes)});
         } while (FindNextFileA(search, &data));
-        if (GetLastError() != ERROR_NO_MORE_FILES) return failed(failure);
+        if (GetLastError() != ERROR_NO_MORE_FILES) return failLast(failure);
         entries = std::move(found);
         return true;
     });
@@ -348,21 +334,18 @@ bool FileSystem::list(const std::string& path, std::vector<DirectoryEntry>& entr
 bool FileSystem::setCreationTime(const std::string& path, std::int64_t time, Failure& failure) {
     return onPath(path, failure, [&](const std::string& native) {
         // The system takes 0 for "leave it", and nothing from the year 30828 on.
-        if (time <= -kSecondsTo1970 || time > INT64_MAX / kTicksPerSecond - kSecondsTo1970) {
-            failure = failureOf(ERROR_INVALID_PARAMETER);
-            return false;
-        }
+        if (time <= -kSecondsTo1970 || time > INT64_MAX / kTicksPerSecond - kSecondsTo1970)
+            return fail(failure, ERROR_INVALID_PARAMETER);
         const Handle file(CreateFileA(native.c_str(), FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES, kShareAll, nullptr,
                                       OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-        if (!file) return failed(failure);
+        if (!file) return failLast(failure);
         const auto ticks = static_cast<std::uint64_t>((time + kSecondsTo1970) * kTicksPerSecond);
         const FILETIME created = {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
-        if (!SetFileTime(file.get(), &created, nullptr, nullptr)) return failed(failure);
+        if (!SetFileTime(file.get(), &created, nullptr, nullptr)) return failLast(failure);
         // Some file systems, and servers that lend theirs, take the time and drop it.
         FILETIME kept;
         if (GetFileTime(file.get(), &kept, nullptr, nullptr) && secondsOf(kept) == time) return true;
-        failure = failureOf(ERROR_NOT_SUPPORTED);
-        return false;
+        return fail(failure, ERROR_NOT_SUPPORTED);
     });
 }
 

@@ -1,5 +1,6 @@
 #include "platform/win32/Win32.h"
 
+#include <exception>
 #include <string_view>
 
 extern "C" IMAGE_DOS_HEADER __ImageBase;
@@ -35,7 +36,7 @@ std::string loaderPath(const std::string& path) {
 
 }  // namespace
 
-ModuleHandle loadModule(const std::string& path, LoadFailure& failure) {
+ModuleHandle loadModule(const std::string& path, LoadFailure& failure) try {
     failure.detail.clear();  // the system has nothing to say beyond its number
     std::string native;
     Failure refused;
@@ -51,6 +52,9 @@ ModuleHandle loadModule(const std::string& path, LoadFailure& failure) {
     // The loader says the same of a file that is not there as of one that needs a library that is not there.
     if (failure.code == ERROR_MOD_NOT_FOUND && GetFileAttributesA(native.c_str()) == INVALID_FILE_ATTRIBUTES)
         failure.code = GetLastError();
+    return 0;
+} catch (const std::exception&) {
+    failure.code = ERROR_NOT_ENOUGH_MEMORY;
     return 0;
 }
 

@@ -2,6 +2,8 @@
 
 #include <shellapi.h>
 
+#include <exception>
+
 namespace kora::platform {
 
 namespace {
@@ -17,7 +19,7 @@ void waitForEnd(HANDLE process) {
 
 }  // namespace
 
-bool runProgram(const std::string& path, const std::string& arguments, int show, bool wait, Failure& failure) {
+bool runProgram(const std::string& path, const std::string& arguments, int show, bool wait, Failure& failure) try {
     std::string native;
     if (!systemPath(path, native, failure)) return false;
     const Components components;
@@ -27,14 +29,13 @@ bool runProgram(const std::string& path, const std::string& arguments, int show,
     execute.lpFile = native.c_str();
     execute.lpParameters = arguments.c_str();
     execute.nShow = show;
-    if (!ShellExecuteExA(&execute)) {
-        failure = lastFailure();
-        return false;
-    }
+    if (!ShellExecuteExA(&execute)) return failLast(failure);
     // A document that an already running program took over leaves no process to wait for.
     const Handle process(execute.hProcess);
     if (wait && process) waitForEnd(process.get());
     return true;
+} catch (const std::exception&) {
+    return fail(failure, ERROR_NOT_ENOUGH_MEMORY);
 }
 
 }  // namespace kora::platform

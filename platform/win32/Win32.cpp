@@ -64,12 +64,15 @@ Cause causeOf(DWORD code) {
 
 }  // namespace
 
-Failure failureOf(DWORD code) { return {causeOf(code), code}; }
+bool fail(Failure& failure, DWORD code) {
+    failure = {causeOf(code), code};
+    return false;
+}
 
-Failure lastFailure() {
-    const DWORD code = GetLastError();
-    if (code == ERROR_ACCESS_DENIED && deletePending()) return {Cause::busy, code};
-    return failureOf(code);
+bool failLast(Failure& failure) {
+    fail(failure, GetLastError());
+    if (failure.code == ERROR_ACCESS_DENIED && deletePending()) failure.cause = Cause::busy;
+    return false;
 }
 
 bool systemPath(const std::string& path, std::string& native, Failure& failure) {
@@ -77,10 +80,7 @@ bool systemPath(const std::string& path, std::string& native, Failure& failure) 
         failure = {Cause::other, ERROR_INVALID_NAME};
         return false;
     }
-    if (path.size() >= MAX_PATH) {
-        failure = failureOf(ERROR_FILENAME_EXCED_RANGE);
-        return false;
-    }
+    if (path.size() >= MAX_PATH) return fail(failure, ERROR_FILENAME_EXCED_RANGE);
     native = path;
     if (native.size() == 2 && native[1] == ':') native += '\\';
     return true;

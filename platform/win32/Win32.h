@@ -13,10 +13,10 @@
 
 namespace kora::platform {
 
-/// A system error number in the seam's words.
-Failure failureOf(DWORD code);
-/// The same for what the last call in this thread left behind.
-Failure lastFailure();
+/// Fills @p failure from a system error number and answers false.
+bool fail(Failure& failure, DWORD code);
+/// The same from what the last call in this thread left behind.
+bool failLast(Failure& failure);
 
 /// A path as the system takes it: a bare drive means its root, as everywhere in the library, and not the drive's
 /// working directory. False, with @p failure set, for what the system's calls would cut short.
