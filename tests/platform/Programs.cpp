@@ -6,24 +6,10 @@
 namespace {
 
 using namespace kora::platform;
-using kora::test::TestFolder;
-
-std::string echoProgram() {
-#if defined(_WIN32)
-    return environment().programDirectory() + "\\platform-fixtures\\platform-echo.exe";
-#else
-    return environment().programDirectory() + "\\platform-fixtures\\platform-echo";
-#endif
-}
 
 TEST(RunProgram, HandsItsArgumentsOver) {
-    struct Row {
-        const char* arguments;
-        const char* lines;
-    };
-    static constexpr Row rows[] = {
+    static constexpr const char* rows[][2] = {
         {"", ""},
-        {"a", "a\n"},
         {"  a \t b  ", "a\nb\n"},
         {"\"a b\" c", "a b\nc\n"},
         {"a\" \"b", "a b\n"},
@@ -36,20 +22,15 @@ TEST(RunProgram, HandsItsArgumentsOver) {
         // nothing is a shell
         {"$HOME `x` ;echo", "$HOME\n`x`\n;echo\n"},
     };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.arguments);
-        const TestFolder folder;
-        Failure failure;
-        const std::string arguments = '"' + folder.nativeText("out put") + "\" " + row.arguments;
-        ASSERT_TRUE(runProgram(echoProgram(), arguments, 1, /*wait=*/true, failure)) << failure.code;
-        EXPECT_EQ(folder.read("out put"), row.lines);
+    const kora::test::TestFolder folder;
+    Failure failure;
+    for (const auto& [arguments, lines] : rows) {
+        const std::string all = '"' + folder.nativeText("out put") + "\" " + arguments;
+        const std::string program = environment().programDirectory() + "\\platform-fixtures\\" PLATFORM_ECHO;
+        ASSERT_TRUE(runProgram(program, all, 1, /*wait=*/true, failure)) << failure.code;
+        EXPECT_EQ(folder.read("out put"), lines) << arguments;
     }
-}
-
-TEST(RunProgram, SaysWhatIsNotThere) {
-    const TestFolder folder;
     for (const bool wait : {false, true}) {
-        Failure failure;
         EXPECT_FALSE(runProgram(folder.path("none"), "", 1, wait, failure));
         EXPECT_EQ(failure.cause, Cause::notFound);
     }

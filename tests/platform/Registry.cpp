@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <map>
-#include <random>
 
 #include "platform/Platform.h"
 #include "tests/support/ScopedPlaces.h"
@@ -26,29 +24,29 @@ protected:
 
 TEST_F(Registry, KeepsTypesAndBytes) {
     std::string every;
-    for (int byte = 0; byte < 256; ++byte) every += static_cast<char>(byte);
+    for (int byte = 0; byte < 512; ++byte) every += static_cast<char>(byte);
     const RegistryValue values[] = {
-        {RegistryType::text, std::string("text\0", 5)}, {RegistryType::number32, "\1\2\3\4"},
-        {RegistryType::number64, "12345678"},           {RegistryType::binary, ""},
-        {RegistryType::binary, every + every},
+        {RegistryType::text, std::string("text\0", 5)},
+        {RegistryType::number32, "\1\2\3\4"},
+        {RegistryType::number64, "12345678"},
+        {RegistryType::binary, ""},
+        {RegistryType::binary, every},
     };
-    const std::string section = base + "\\Types";
     RegistryValue found{RegistryType::number64, "before"};
-    EXPECT_FALSE(registryRead(section, "value", found));
+    EXPECT_FALSE(registryRead(base, "value", found));
     EXPECT_EQ(found.bytes, "before");
     for (const RegistryValue& value : values) {
-        ASSERT_TRUE(registryWrite(section, "value", value));
-        ASSERT_TRUE(registryRead(section, "value", found));
+        ASSERT_TRUE(registryWrite(base, "value", value));
+        ASSERT_TRUE(registryRead(base, "value", found));
         EXPECT_EQ(found.type, value.type);
         EXPECT_EQ(found.bytes, value.bytes);
     }
-    EXPECT_FALSE(registryRead(section, "other", found));
-    EXPECT_FALSE(registryRead(section + "2", "value", found));
+    EXPECT_FALSE(registryRead(base, "other", found) || registryRead(base + "2", "value", found));
 }
 
 // Names stand for themselves whatever they look like, and letter case does not count.
 TEST_F(Registry, KeepsOddNamesApart) {
-    const std::string section = base + "\\Names";
+    const std::string section = base + "\\Names", sameSection = base + "\\nAMES";
     const std::string names[] = {"",
                                  ".",
                                  "..",
@@ -65,17 +63,16 @@ TEST_F(Registry, KeepsOddNamesApart) {
                                  "\xE4",
                                  std::string(200, 'n'),
                                  std::string(255, 'n')};
-    for (const std::string& name : names)
-        ASSERT_TRUE(registryWrite(section, name, {RegistryType::binary, name})) << name;
-    for (const std::string& name : names) {
-        RegistryValue found;
-        ASSERT_TRUE(registryRead(section, name, found)) << name;
-        EXPECT_EQ(found.bytes, name);
-    }
+    for (const std::string& name : names) ASSERT_TRUE(registryWrite(section, name, {RegistryType::binary, name}));
     RegistryValue found;
-    ASSERT_TRUE(registryRead(base + "\\NAMES", "A.b", found));
-    EXPECT_EQ(found.bytes, "a.b");
-    ASSERT_TRUE(registryWrite(base + "\\names", "A", {RegistryType::binary, "new"}));
+    for (std::string name : names) {
+        const std::string bytes = name;
+        for (char& c : name)
+            if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+        ASSERT_TRUE(registryRead(sameSection, name, found)) << name;
+        EXPECT_EQ(found.bytes, bytes);
+    }
+    ASSERT_TRUE(registryWrite(sameSection, "A", {RegistryType::binary, "new"}));
     ASSERT_TRUE(registryRead(section, "a", found));
     EXPECT_EQ(found.bytes, "new");
 }

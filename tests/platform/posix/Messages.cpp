@@ -1,8 +1,9 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <unistd.h>
 
-#include <algorithm>
-#include <vector>
+#include <set>
 
 #include "platform/Platform.h"
 
@@ -10,26 +11,24 @@ namespace {
 
 using namespace kora::platform;
 
-std::vector<std::pair<std::uint32_t, std::uintptr_t>> received;
+std::multiset<std::uintptr_t> received;
 int handledOutside = 0;
 
+bool start() {
+    return messagesStart([](std::uint32_t receiver, std::uintptr_t value) { received.insert(receiver + value); });
+}
+
 TEST(Interrupts, BecomeMessagesWhileTheyAreAskedFor) {
-    received.clear();
-    handledOutside = 0;
     struct sigaction before, outside = {};
     outside.sa_handler = [](int) { ++handledOutside; };
     ASSERT_EQ(sigaction(SIGINT, &outside, &before), 0);
-    ASSERT_TRUE(
-        messagesStart([](std::uint32_t receiver, std::uintptr_t value) { received.emplace_back(receiver, value); }));
-    ASSERT_TRUE(interruptsToMessages(true));
-    ASSERT_TRUE(interruptsToMessages(true));
+    ASSERT_TRUE(start() && interruptsToMessages(true) && interruptsToMessages(true));
     raise(SIGINT);
     raise(SIGTERM);
     messagesPost(7, 8);
     messagesWait(0xFFFFFFFF);
     EXPECT_EQ(messagesPump(nullptr), 3);
-    std::sort(received.begin(), received.end());
-    EXPECT_EQ(received, (std::vector<std::pair<std::uint32_t, std::uintptr_t>>{{0, 1}, {0, 1}, {7, 8}}));
+    EXPECT_EQ(received, (std::multiset<std::uintptr_t>{1, 1, 15}));
     EXPECT_EQ(messagesPump(nullptr), 0);
     EXPECT_EQ(handledOutside, 0);
 
@@ -39,6 +38,18 @@ TEST(Interrupts, BecomeMessagesWhileTheyAreAskedFor) {
     EXPECT_EQ(messagesPump(nullptr), 0);
     messagesStop();
     sigaction(SIGINT, &before, nullptr);
+}
+
+// What people are told must not end up in a descriptor of the library's.
+TEST(MessagesDeathTest, LeaveClosedStandardStreamsClosed) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            for (int stream = 0; stream < 3; ++stream) close(stream);
+            showProgress("to nobody");
+            _exit(start() && messagesPost(1, 2) && fcntl(0, F_GETFD) + fcntl(1, F_GETFD) + fcntl(2, F_GETFD) == -3);
+        },
+        testing::ExitedWithCode(1), "");
 }
 
 }  // namespace

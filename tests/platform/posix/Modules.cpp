@@ -1,6 +1,4 @@
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <clocale>
 
@@ -10,16 +8,13 @@
 namespace {
 
 using namespace kora::platform;
-using kora::test::TestFolder;
 
-std::string fixture(const char* name) { return environment().programDirectory() + "\\platform-fixtures\\" + name; }
+std::string beside(const char* name) { return environment().programDirectory() + '\\' + name; }
 
 TEST(LoadModule, TellsMoreOfTheReasonsApart) {
-    const TestFolder folder;
+    const kora::test::TestFolder folder;
     folder.makeFolder("directory.qzx");
-    folder.write("shut.qzx", "x");
-    chmod(folder.nativeText("shut.qzx").c_str(), 0);
-    chmod(folder.nativeText().c_str(), 0755);
+    folder.write("file", "");
     struct Row {
         std::string path;
         std::uint32_t code;
@@ -27,31 +22,29 @@ TEST(LoadModule, TellsMoreOfTheReasonsApart) {
     };
     const Row rows[] = {
         {folder.path("none\\none.qzx"), 3, ""},
+        {folder.path("file\\none.qzx"), 3, ""},
         {"Q:\\none.qzx", 3, ""},
         {folder.path("directory.qzx"), 5, ""},
-        {folder.path("shut.qzx"), geteuid() == 0 ? 193u : 5u, ""},
-        {fixture("platform-unresolved.qzx"), 127, "undefined symbol"},
-        {fixture("platform-needs.qzx"), 126, "platform-needed"},
-        {environment().programDirectory() + "\\kora-test-platform", 193, ""},  // a program
-        {"Z:\\dev\\null", 193, ""},
+        {beside("platform-fixtures\\platform-unresolved.qzx"), 127, "undefined symbol"},
+        {beside("platform-fixtures\\platform-needs.qzx"), 126, "platform-needed"},
+        {beside("kora-test-platform"), 193, ""},  // a program
     };
     std::setlocale(LC_ALL, "");  // the loader's sentences are read, in whatever language
     for (const Row& row : rows) {
-        SCOPED_TRACE(row.path);
         LoadFailure failure;
-        EXPECT_EQ(loadModule(row.path, failure), 0u);
-        EXPECT_EQ(failure.code, row.code) << failure.detail;
+        EXPECT_EQ(loadModule(row.path, failure), 0u) << row.path;
+        EXPECT_EQ(failure.code, row.code) << row.path << ' ' << failure.detail;
         EXPECT_NE(failure.detail.find(row.detail), std::string::npos) << failure.detail;
     }
     std::setlocale(LC_ALL, "C");
 }
 
-// However a library is cut or its head is broken, it loads or is refused; the process goes on.
+// However a library is cut, it loads or is refused; the process goes on.
 TEST(LoadModule, SurvivesBrokenLibraries) {
     std::string good;
     Failure ignored;
-    ASSERT_TRUE(fileSystem().read(fixture("platform-good.qzx"), good, ignored));
-    const TestFolder folder;
+    ASSERT_TRUE(fileSystem().read(beside("platform-fixtures\\platform-good.qzx"), good, ignored));
+    const kora::test::TestFolder folder;
     for (std::size_t length = 0; length < good.size(); length += 1 + good.size() / 60) {
         SCOPED_TRACE(length);
         const std::string name = std::to_string(length) + ".qzx";  // the loader knows files again

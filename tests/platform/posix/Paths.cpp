@@ -6,39 +6,32 @@ namespace {
 
 using namespace kora::platform;
 
-TEST(LibraryPath, TurnsNativeTextOnly) {
-    static constexpr const char* rows[][2] = {
-        {"/", "Z:\\"},
-        {"/home/u/x", "Z:\\home\\u\\x"},
-        {"/a//b/", "Z:\\a\\b\\"},
-        {"//server/x", "Z:\\server\\x"},
-        {"a/b", "a/b"},
-        {"", ""},
-        {"C:\\x", "C:\\x"},
-        {"\\x", "\\x"},
-        {"\\\\s\\x", "\\\\s\\x"},
+TEST(Paths, TurnBetweenTheTwoForms) {
+    static constexpr const char* rows[][3] = {
+        // text, in library form, in native form
+        {"/", "Z:\\", "/"},
+        {"/home/u", "Z:\\home\\u", "/home/u"},
+        {"/a//b/", "Z:\\a\\b\\", "/a/b/"},
+        {"//server/x", "Z:\\server\\x", "/server/x"},
+        {"Z:\\", "Z:\\", "/"},
+        {"Z:", "Z:", "/"},
+        {"z:\\a\\\\b\\", "z:\\a\\\\b\\", "/a/b/"},
+        {"Z:a", "Z:a", "/a"},
+        {"a/b", "a/b", "a/b"},
+        {"a\\b", "a\\b", "a/b"},
+        {"\\a", "\\a", "/a"},
+        {"", "", ""},
+        // what this system does not have
+        {"C:\\x", "C:\\x", "C:\\x"},
+        {"\\\\s\\share", "\\\\s\\share", "\\\\s\\share"},
     };
-    for (const auto& [text, path] : rows) EXPECT_EQ(libraryPath(text), path) << text;
+    for (const auto& [text, path, native] : rows) {
+        EXPECT_EQ(libraryPath(text), path) << text;
+        EXPECT_EQ(nativePath(text), native) << text;
+    }
 }
 
-TEST(NativePath, TurnsWhatThisSystemHas) {
-    static constexpr const char* rows[][2] = {
-        {"Z:\\", "/"},
-        {"Z:", "/"},
-        {"z:\\a\\b", "/a/b"},
-        {"Z:\\a\\\\b\\", "/a/b/"},
-        {"a\\b", "a/b"},
-        {"\\a", "/a"},
-        {"Z:a", "/a"},
-        {"", ""},
-        {"C:\\x", "C:\\x"},
-        {"/a/b", "/a/b"},
-        {"\\\\s\\share", "\\\\s\\share"},
-    };
-    for (const auto& [path, text] : rows) EXPECT_EQ(nativePath(path), text) << path;
-}
-
-TEST(SplitDirectoryList, TakesColonsWhereThereIsNoSemicolon) {
+TEST(Paths, OfAListAreSplitAtColonsWhereThereIsNoSemicolon) {
     using List = std::vector<std::string>;
     EXPECT_EQ(splitDirectoryList("/usr/bin::/bin:"), (List{"Z:\\usr\\bin", "Z:\\bin"}));
     EXPECT_EQ(splitDirectoryList("/a:b;/c"), (List{"Z:\\a:b", "Z:\\c"}));

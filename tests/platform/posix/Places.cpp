@@ -24,22 +24,21 @@ TEST(Places, FollowTheVariables) {
         const char *documents, *userData, *temporary;
     };
     static const Row rows[] = {
-        {{{"HOME", "/home/u"}}, "Z:\\home\\u", "Z:\\home\\u\\.config", "Z:\\tmp"},
         {{{"HOME", "/home/u/"}, {"TMPDIR", "/var/tmp/"}}, "Z:\\home\\u", "Z:\\home\\u\\.config", "Z:\\var\\tmp"},
         {{{"HOME", "/"}, {"XDG_CONFIG_HOME", "/c"}}, "Z:\\", "Z:\\c", "Z:\\tmp"},
         {{{"HOME", "/"}}, "Z:\\", "Z:\\.config", "Z:\\tmp"},
         // what is not absolute does not count
         {{{"HOME", "/h"}, {"XDG_CONFIG_HOME", "c"}, {"TMPDIR", ""}}, "Z:\\h", "Z:\\h\\.config", "Z:\\tmp"},
     };
+    Places places;
     for (const Row& row : rows) {
-        Places places;
         places.variables = row.variables;
         EXPECT_EQ(places.documents(), row.documents);
         EXPECT_EQ(places.userData(), row.userData);
         EXPECT_EQ(places.temporary(), row.temporary);
     }
-    Places none;  // a process without variables still has a user
-    EXPECT_TRUE(none.documents().empty() || none.documents().starts_with("Z:\\"));
+    places.variables.clear();  // a process without variables still has a user
+    EXPECT_TRUE(places.documents().empty() || places.documents().starts_with("Z:\\"));
 }
 
 TEST(Places, TakeDocumentsFromTheUsersFile) {
@@ -57,7 +56,6 @@ TEST(Places, TakeDocumentsFromTheUsersFile) {
         {"XDG_DOCUMENTS_DIR=\"relative\"", "Z:\\home\\u"},
         {"XDG_DOCUMENTS_DIR=\"$HOMES/x\"", "Z:\\home\\u"},
         {"XDG_DOCUMENTS_DIR=\"", "Z:\\home\\u"},
-        {"XDG_DOCUMENTS_DIR", "Z:\\home\\u"},
         {"XDG_DOCUMENTS_DIRS=\"/a\"", "Z:\\home\\u"},
     };
     for (const auto& [text, documents] : rows) {
