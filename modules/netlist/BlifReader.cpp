@@ -26,6 +26,7 @@ CString quoted(std::string_view word) {
 constexpr std::string_view kPassedOver[] = {
     ".area",
     ".attr",
+    ".blackbox",
     ".clock_event",
     ".cname",
     ".default_input_arrival",
@@ -44,13 +45,28 @@ constexpr std::string_view kPassedOver[] = {
     ".wire_load_slope",
 };
 
+CString reasonUnreadable(FilePath& file) {
+    switch (file.FileGetErrorCause()) {
+        case FileErrorNotFound:
+            return "there is no such file";
+        case FileErrorDenied:
+            return "no permission to read the file";
+        case FileErrorWrongKind:
+            return "this is no file";
+        case FileErrorBusy:
+            return "another program holds the file";
+        default:
+            return "the file cannot be read";
+    }
+}
+
 class Reader {
 public:
     Reader(TskKoraModule* module, std::vector<Model>& models, Complaint& complaint)
         : source_(module), models_(models), complaint_(complaint) {}
 
     bool read(FilePath& file) {
-        if (!source_.open(file)) return complain(0, "the file cannot be read");
+        if (!source_.open(file)) return complain(0, reasonUnreadable(file));
         Statement statement;
         while (source_.next(statement))
             if (!take(statement)) return false;

@@ -47,7 +47,7 @@ private:
         const std::size_t file = place + 1;
         nextArgument_ = findOption(arguments, file) < arguments.size() ? file : 0;
         try {
-            if (file < arguments.size())
+            if (file < arguments.size() && !arguments[file].empty())
                 show(arguments[file]);
             else
                 complain("-net needs the name of a netlist file", 0);

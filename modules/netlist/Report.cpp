@@ -23,14 +23,17 @@ CString counts(const Model& model) {
     return line + ", " + counted(model.nets.size(), "signal", "signals");
 }
 
+bool inNaturalOrder(const CString& a, const CString& b) {
+    return StrCompareName(a.c_str(), -1, b.c_str(), -1, /*caseSensitive=*/false) < 0;
+}
+
 CString leaders(const Model& model) {
     std::vector<const Net*> nets;
     for (const Net& net : model.nets)
         if (net.fanOut > 1) nets.push_back(&net);
     const auto end = nets.begin() + static_cast<std::ptrdiff_t>(std::min(kLeaders, nets.size()));
     std::partial_sort(nets.begin(), end, nets.end(), [](const Net* a, const Net* b) {
-        if (a->fanOut != b->fanOut) return a->fanOut > b->fanOut;
-        return StrCompareName(a->name.c_str(), -1, b->name.c_str(), -1, true) < 0;
+        return a->fanOut != b->fanOut ? a->fanOut > b->fanOut : inNaturalOrder(a->name, b->name);
     });
     CString line;
     for (auto net = nets.begin(); net != end; ++net)
@@ -45,9 +48,10 @@ CStringArray report(const Model& model) {
     const auto add = [&lines](const char* label, const CString& text) {
         if (!text.empty()) lines.push_back(CString("  ") + label + ": " + text);
     };
-    const auto addList = [&add](const char* label, const CStringArray& names) {
+    const auto addList = [&add](const char* label, CStringArray& names) {
+        std::ranges::sort(names, inNaturalOrder);
         CString text;
-        StrMakeNameListString(names, text, true);
+        StrMakeNameListString(names, text, /*sortFirst=*/false);
         add(label, text);
     };
     CStringArray inputs, outputs, latches, internal, undriven;
