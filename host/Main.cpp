@@ -4,8 +4,8 @@
 #include <kora/Tsk.h>
 
 #include <cstdio>
+#include <exception>
 #include <filesystem>
-#include <stdexcept>
 #include <string>
 
 // The thin host: start-up, the loop, exit. Everything else is the modules' business.
@@ -13,19 +13,15 @@
 namespace {
 
 constexpr char kUsage[] =
-    "Usage: kora-host [--ini FILE] [--tools DIR] [--stay] [OPTION FOR MODULES]...\n"
-    "\n"
-    "Starts Kora System Services with the modules of the tools folder and passes them their options.\n"
-    "\n"
+    "Usage: kora-host [--ini FILE] [--tools DIR] [--stay] [OPTION FOR MODULES]...\n\n"
+    "Starts Kora System Services with the modules of the tools folder and passes them their options.\n\n"
     "  --ini FILE   use FILE as the main profile instead of looking for ts.ini\n"
     "  --tools DIR  load modules from DIR instead of the folder that the profile names\n"
     "  --stay       go on although nothing is left to do\n"
-    "  --help       show this text and end\n"
-    "\n"
+    "  --help       show this text and end\n\n"
     "Ends when a module asks to quit, on Ctrl+C, and when nothing is left to do: no timer runs, no message waits, and\n"
-    "no module said that it stays. The modules are asked first, and may refuse.\n"
-    "\n"
-    "The exit code is 0 when everything went well, 1 when start-up or a module failed, 2 for options not understood.\n";
+    "no module said that it stays. The modules are asked first, and may refuse.\n\n"
+    "The exit code is 0 when everything went well, 1 when start-up or a module failed, 2 when an option is wrong.\n";
 
 struct Options {
     std::string ini, tools;
@@ -55,6 +51,16 @@ bool read(int count, char** arguments, Options& options) {
     return true;
 }
 
+// A profile that somebody named has to be there, unlike one that is looked for.
+bool useProfile(const std::string& path) {
+    FilePath file(path.c_str());
+    CString text;
+    if (file.FileReadString(text) && IniMainFileSet(path.c_str())) return true;
+    std::fprintf(stderr, "kora-host: the profile %s %s\n", path.c_str(),
+                 file.FileGetErrorCause() == FileErrorNotFound ? "is not there" : "cannot be read");
+    return false;
+}
+
 void loop(bool stay) {
     TskApplication& application = *TskGetApp();
     for (long count = 0; !application.TskAppEnding(); ++count) {
@@ -77,7 +83,7 @@ int main(int count, char** arguments) try {
         std::fputs(kUsage, understood ? stdout : stderr);
         return understood ? 0 : 2;
     }
-    if (!options.ini.empty() && !IniMainFileSet(options.ini.c_str())) throw std::length_error("--ini: path too long");
+    if (!options.ini.empty() && !useProfile(options.ini)) return 2;
     if (!options.tools.empty()) TskToolsFolderSet(options.tools.c_str());
     FileDocRootSearchSet(true);
     TskInterruptsAsQuit(true);
