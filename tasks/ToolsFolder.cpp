@@ -37,12 +37,12 @@ bool isModuleFile(const platform::DirectoryEntry& entry) {
 }  // namespace
 
 std::string toolsFolder() {
-    CString text = "tools";
+    CString text;
     if (hostFolder != nullptr)
         text = hostFolder;
     else
         IniGetString(eIniMain, "System", "toolfolder", text, true);
-    text = expandName(text);
+    text = text.empty() ? "tools" : expandName(text);
     DirPath folder;
     folder.DirInitExecutable();
     // What no directory can be called is answered as it stands: nothing will be found there.

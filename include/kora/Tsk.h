@@ -34,8 +34,8 @@ struct TskString {
 /// what it has to say, and makes one with `new` in its entry, TskKoraMain().
 ///
 /// The constructor links the object into the registry, at the end; the destructor takes it out. The registry owns
-/// its objects: TskExit() deletes them, and unloads the modules' libraries after that. An object may delete itself at
-/// any time, in the middle of a phase too.
+/// its objects: TskExit() deletes them, and unloads the modules' libraries after that. So an object that was not made
+/// with `new` has to be gone by then. An object may delete itself at any time, in the middle of a phase too.
 ///
 /// Only modules that answer true to TskInitSuccessful() take part: they are found by name, initialised, asked and
 /// ended. The loader sets that for a module whose entry succeeded; an object that a program makes for itself, without
@@ -281,7 +281,7 @@ KORA_API void TskSuspendSet(bool on);
 /// Loads modules from this folder, whatever the settings say; null goes back to them. It is taken as the setting is.
 ///
 /// The setting is "toolfolder" in section "System" of the main profile. Percent references are expanded, and a
-/// relative folder is taken from the program's own. Without a setting it is "tools".
+/// relative folder is taken from the program's own. Without a setting, or with an empty one, it is "tools".
 KORA_API void TskToolsFolderSet(const char* folder);
 /// Makes the next Startup() run TskApplication::TskAppPrepareOnce().
 KORA_API void TskPrepareOnceRequest();
