@@ -9,7 +9,6 @@
 #include <string>
 
 // The thin host: start-up, the loop, exit. Everything else is the modules' business.
-
 namespace {
 
 constexpr char kUsage[] =

@@ -2,79 +2,45 @@
 #include <kora/Err.h>
 #include <kora/Tsk.h>
 
+#include <memory>
 #include <string>
 
 #include "tests/support/RecordedPresenter.h"
-#include "tests/support/ScopedPlaces.h"
+#include "tests/support/TestFolder.h"
 
 namespace {
 
-using kora::test::RecordedPresenter;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
-// The module as the loader would have it, and what it prints and shows for a command line.
-class NetlistModule : public testing::Test {
-protected:
-    NetlistModule() {
-        (TskKoraMain)(status_, &module_, 0);
-        EXPECT_EQ(status_, TskKoraModuleOk);
-        EXPECT_TRUE(module_->TskInit1());
-        places_.folder.write("good.blif", ".model good\n.inputs a\n.outputs y\n.names a y\n1 1\n.end\n");
-        places_.folder.write("bad.blif", ".model bad\n.inputs a\n.names a\n.end\n");
-    }
-    ~NetlistModule() override {
-        module_->TskExit1();
-        delete module_;
-    }
-
-    std::string file(const std::string& name) { return places_.folder.nativeText(name); }
-
-    std::string printed(const CStringArray& arguments) {
-        testing::internal::CaptureStdout();
-        TskCmdLine(arguments);
-        return testing::internal::GetCapturedStdout();
-    }
-
-    std::vector<std::string> shown() {
-        std::vector<std::string> texts;
-        for (const auto& alert : presenter_.alerts) texts.push_back(alert.text);
-        return texts;
-    }
-
-    kora::test::ScopedPlaces places_;
-    RecordedPresenter presenter_;
-
-private:
-    eTskKoraModule status_ = TskKoraModuleFailed;
-    TskKoraModule* module_ = nullptr;
-};
-
-TEST_F(NetlistModule, PrintsWhatTheOptionNames) {
-    EXPECT_THAT(printed({"kora-host", "-net", file("good.blif"), "-x"}), HasSubstr("model good: 1 input, 1 output"));
-    EXPECT_THAT(shown(), IsEmpty());
-    EXPECT_EQ(printed({"net", file("good.blif")}), "");
-}
-
-TEST_F(NetlistModule, TakesEachOptionInTurnAndGoesOnBehindABadFile) {
-    const CStringArray arguments = {"-net", file("bad.blif"),  "/net", file("good.blif"),
-                                    "-net", file("none.blif"), "-net"};
+// As the loader would have it: each option in turn, also behind a bad file, and as often as options come. Somebody
+// else's error is shown first, not in place of ours.
+TEST(NetlistModule, PrintsAndShowsWhatItsOptionsName) {
+    kora::test::TestFolder folder;
+    kora::test::RecordedPresenter presenter;
+    folder.write("good.blif", ".model good\n.inputs a\n.outputs y\n.names a y\n1 1\n.end\n");
+    folder.write("bad.blif", ".model bad\n.inputs a\n.names a\n.end\n");
+    const std::string good = folder.nativeText("good.blif"), bad = folder.nativeText("bad.blif"),
+                      none = folder.nativeText("none.blif");
+    eTskKoraModule status = TskKoraModuleFailed;
+    TskKoraModule* made = nullptr;
+    (TskKoraMain)(status, &made, 0);
+    const std::unique_ptr<TskKoraModule> module(made);
+    ASSERT_EQ(status, TskKoraModuleOk);
+    ASSERT_TRUE(module->TskInit1());
     for (int round = 0; round < 2; ++round) {
-        presenter_.alerts.clear();
-        EXPECT_THAT(printed(arguments), HasSubstr("model good"));
-        EXPECT_THAT(shown(), ElementsAre(file("bad.blif") + ":3: \"a\" is driven twice, first in line 2",
-                                         file("none.blif") + ": the file cannot be read",
-                                         "-net needs the name of a netlist file"));
+        presenter.alerts.clear();
+        ErrSet(nullptr, 5, 6, nullptr);
+        testing::internal::CaptureStdout();
+        TskCmdLine({"-net", bad, "/net", good, "-net", none, "net", "-x", "-net", "", "-net"});
+        EXPECT_THAT(testing::internal::GetCapturedStdout(), testing::StartsWith("model good: 1 input, 1 output"));
+        std::string shown;
+        for (const auto& alert : presenter.alerts) shown += alert.text + '\n';
+        EXPECT_THAT(shown, testing::StartsWith("Unknown error occurred."));
+        EXPECT_EQ(shown.substr(shown.find('\n') + 1),
+                  bad + ":3: \"a\" is driven twice, first in line 2\n" + none + ": there is no such file\n" +
+                      "-net needs the name of a netlist file\n" + "-net needs the name of a netlist file\n");
+        EXPECT_FALSE(ErrReport());
     }
-}
-
-// Somebody else's error is shown first, not in place of ours.
-TEST_F(NetlistModule, ShowsItsErrorsBehindThoseThatWait) {
-    ErrSet(nullptr, 5, 6, nullptr);
-    printed({"-net", file("bad.blif")});
-    EXPECT_THAT(shown(), ElementsAre(HasSubstr("Unknown error occurred."), HasSubstr("driven twice")));
-    EXPECT_FALSE(ErrReport());
+    module->TskExit1();
+    EXPECT_FALSE(TskCmdLine({"-net", good}));
 }
 
 }  // namespace

@@ -48,62 +48,51 @@ private:
 class Modules : public testing::Test {
 protected:
     static void SetUpTestSuite() {
-        home() = std::make_unique<TestFolder>();
+        home = std::make_unique<TestFolder>();
 #if !defined(_WIN32)
-        setenv("HOME", home()->nativeText().c_str(), 1);
+        setenv("HOME", home->nativeText().c_str(), 1);
         unsetenv("XDG_CONFIG_HOME");
 #endif
     }
-    static void TearDownTestSuite() { home().reset(); }
+    static void TearDownTestSuite() { home.reset(); }
 
     void SetUp() override {
-        folder_.write("ts.ini", "[System]\nNugPinNameDisplayUp = 7\n");
         folder_.makeFolder("tools");
-        ASSERT_TRUE(IniMainFileSet(folder_.nativeText("ts.ini").c_str()));
-        TskToolsFolderSet(folder_.nativeText("tools").c_str());
+        profile("NugPinNameDisplayUp = 7\ntoolfolder = \"" + folder_.nativeText("tools") + '"');
+        add("a");
     }
     void TearDown() override {
         if (TskExitKoraQuery()) ExitInstance();
-        TskToolsFolderSet(nullptr);
         IniMainFileSet(nullptr);
     }
 
-    void add(const std::string& fixture, const std::string& as) {
+    void profile(const std::string& system) {
+        folder_.write("ts.ini", "[System]\n" + system + '\n');
+        ASSERT_TRUE(IniMainFileSet(folder_.nativeText("ts.ini").c_str()));
+    }
+    void add(const std::string& fixture, std::string as = "") {
+        if (as.empty()) as = fixture + ".qzx";
         std::filesystem::copy_file(std::filesystem::path(KORA_FIXTURES) / (fixture + ".qzx"),
                                    folder_.native() / "tools" / as);
     }
-    void add(const std::string& fixture) { add(fixture, fixture + ".qzx"); }
 
     // What has been said since the last call.
     Log take() { return std::exchange(events_.log, {}); }
-    // The same without progress.
-    Log takeAlerts() {
+    // The same without progress, and without what module "a" tells, which is always there.
+    Log takeOfOthers() {
         Log alerts = take();
-        std::erase_if(alerts, [](const std::string& text) { return text.starts_with("> "); });
-        return alerts;
-    }
-    // The same without what module "a" tells, which is always there.
-    Log takeAlertsOfOthers() {
-        Log alerts = takeAlerts();
-        std::erase_if(alerts, [](const std::string& text) { return text.starts_with("a: "); });
+        std::erase_if(alerts, [](const auto& text) { return text.starts_with("> ") || text.starts_with("a: "); });
         return alerts;
     }
 
     TestFolder folder_;
     RowOfEvents events_;
-
-private:
-    static std::unique_ptr<TestFolder>& home() {
-        static std::unique_ptr<TestFolder> folder;
-        return folder;
-    }
+    static inline std::unique_ptr<TestFolder> home;
 };
 
 TEST_F(Modules, GoThroughTheirLifeInNameOrder) {
     add("b", "B.QZX");
-    add("a");
     folder_.write("tools/c.qz", "not a module file by its name");
-    folder_.makeFolder("tools/folder.qzx");
     ASSERT_NE(Startup(nullptr, nullptr), 0);
     EXPECT_THAT(take(),
                 ElementsAre("> Loading a.qzx", "> Loading B.QZX", "> Phase 1 initialization of a", "a: init 1",
@@ -126,7 +115,6 @@ TEST_F(Modules, GoThroughTheirLifeInNameOrder) {
     EXPECT_EQ(ExitInstance(), 0);
     EXPECT_THAT(take(), ElementsAre("a: exit 1", "b: exit 1", "a: exit 2", "b: exit 2", "a: gone", "b: gone"));
     EXPECT_FALSE(TskModulesInitialized());
-    TskExit();
     EXPECT_EQ(ExitInstance(), 0);
     EXPECT_THAT(take(), IsEmpty());
 
@@ -136,13 +124,10 @@ TEST_F(Modules, GoThroughTheirLifeInNameOrder) {
 }
 
 TEST_F(Modules, StringsAndFunctionsAreFoundInTheirLibrary) {
-    add("a");
     ASSERT_NE(Startup(nullptr, nullptr), 0);
     take();
-    TskKoraModule* module = TskKoraModuleGet("a");
-    ASSERT_NE(module, nullptr);
-    const auto text = [&](int id) {
-        char* string = StrRes(module, id);
+    const auto text = [](int id) {
+        char* string = StrRes(TskKoraModuleGet("a"), id);
         const std::string copy = string != nullptr ? string : "(none)";
         ::operator delete(string);
         return copy;
@@ -152,7 +137,6 @@ TEST_F(Modules, StringsAndFunctionsAreFoundInTheirLibrary) {
     EXPECT_EQ(text(2), "(none)");
 
     const unsigned long handle = TskKoraHandleGet("a");
-    EXPECT_NE(handle, 0U);
     const auto answer = reinterpret_cast<int (*)()>(TskKoraConnect(handle, "a", "fixtureAnswer"));
     ASSERT_NE(answer, nullptr);
     EXPECT_EQ(answer(), 42);
@@ -163,88 +147,71 @@ TEST_F(Modules, StringsAndFunctionsAreFoundInTheirLibrary) {
                                     "DLL Failure: Couldn't find Kora Module 'z'"));
 }
 
-TEST_F(Modules, ThatDoNotConnectLeaveNothingBehind) {
+// One that does not behave, in front of one that does.
+TEST_F(Modules, MisbehavingHarmNoOthers) {
     const std::string declined = "The Kora Module bad.qzx did not connect to System Services";
     const struct {
         const char* fixture;
-        Log said;
+        Log atStart, atExit;  // said by it and about it
+        int exitCode;
+        bool exists = false, othersGoOn = true;
     } rows[] = {
-        {"no-entry", {"Module bad.qzx is not compatible with this version."}},
-        {"status", {declined, "declined: gone", "declined too: gone"}},
-        {"withholds", {declined, "declined: gone", "declined too: gone"}},
-        {"deletes-itself", {"declined: gone", declined, "declined too: gone"}},
-        {"throws-entry", {declined, "declined: gone", "declined too: gone"}},
+        {"no-entry", {"Module bad.qzx is not compatible with this version."}, {}, 1},
+        {"status", {declined, "declined: gone", "declined too: gone"}, {}, 1},
+        {"withholds", {declined, "declined: gone", "declined too: gone"}, {}, 1},
+        {"deletes-itself", {"declined: gone", declined, "declined too: gone"}, {}, 1},
+        {"throws-entry", {declined, "declined: gone", "declined too: gone"}, {}, 1},
+        {"false-phase", {"bad: init 1", "bad: misbehaves"}, {"bad: gone"}, 1},
+        {"deletes-itself-in-phase", {"bad: init 1", "bad: init 2", "bad: misbehaves", "bad: gone"}, {}, 0},
+        {"throws-phase",
+         {"bad: init 1", "bad: misbehaves", "Internal Error (Exception in TskInit)"},
+         {"bad: exit request", "bad: exit 1", "bad: exit 2", "bad: gone"},
+         1,
+         true,
+         false},
+        {"throws-exit",
+         {"bad: init 1", "bad: init 2", "bad: init 3", "bad: init 4", "bad: init final"},
+         {"bad: exit request", "bad: misbehaves", "Internal Error (Exception in TskExit)", "bad: gone"},
+         1,
+         true},
     };
-    add("a");
+    std::filesystem::rename(folder_.native() / "tools" / "a.qzx", folder_.native() / "tools" / "z.qzx");
     for (const auto& row : rows) {
         SCOPED_TRACE(row.fixture);
         add(row.fixture, "bad.qzx");
         ASSERT_NE(Startup(nullptr, nullptr), 0);
-        EXPECT_EQ(takeAlertsOfOthers(), row.said);
-        EXPECT_TRUE(TskModuleExists("a"));
+        EXPECT_THAT(events_.log, testing::Contains("a: init final").Times(row.othersGoOn ? 1 : 0));
+        EXPECT_EQ(takeOfOthers(), row.atStart);
+        EXPECT_EQ(TskModuleExists("bad"), row.exists);
         EXPECT_FALSE(TskCmdLine({"-decl"})) << "its callback went with its library";
         EXPECT_TRUE(TskExitKoraQuery());
-        EXPECT_EQ(ExitInstance(), 1);
-        EXPECT_THAT(takeAlertsOfOthers(), IsEmpty());
+        EXPECT_EQ(ExitInstance(), row.exitCode);
+        EXPECT_THAT(events_.log, testing::Contains("a: gone"));
+        EXPECT_EQ(takeOfOthers(), row.atExit);
         // On Windows only a library that is unloaded can be removed.
         EXPECT_TRUE(std::filesystem::remove(folder_.native() / "tools" / "bad.qzx"));
     }
 }
 
 TEST_F(Modules, ThatCannotBeLoadedAreNamedWithTheReason) {
-    add("a");
     // The same library for another processor: the machine stands at 18 in one format, behind "PE\0\0" in the other.
     std::string foreign = folder_.read("tools/a.qzx");
-    const std::size_t header = foreign.find(std::string("PE\0\0", 4));
-    foreign.replace(foreign.starts_with("MZ") ? header + 4 : 18, 2, foreign.starts_with("MZ") ? "\x64\x86" : "\x28\x00",
-                    2);
+    const bool windows = foreign.starts_with("MZ");
+    foreign.replace(windows ? foreign.find(std::string("PE\0\0", 4)) + 4 : 18, 2, windows ? "\x64\x86" : "\x28\x00", 2);
     folder_.write("tools/foreign.qzx", foreign);
     folder_.write("tools/nothing.qzx", "");
     folder_.write("tools/text.qzx", "This is no library.\n");
     ASSERT_NE(Startup(nullptr, nullptr), 0);
-    const Log said = takeAlertsOfOthers();
-    ASSERT_EQ(said.size(), 3U);
-    for (std::size_t i = 0; i < 3; ++i) {
-        const std::string name = std::vector{"foreign", "nothing", "text"}[i];
-        EXPECT_THAT(said[i], testing::StartsWith("Error \"(193): Unknown Error\" loading module "));
-        EXPECT_THAT(said[i], testing::EndsWith("\\tools\\" + name + ".qzx"));
-    }
+    const auto failure = [](const std::string& name) {
+        return testing::AllOf(testing::StartsWith("Error \"(193): Unknown Error\" loading module "),
+                              testing::EndsWith("\\tools\\" + name));
+    };
+    EXPECT_THAT(takeOfOthers(), ElementsAre(failure("foreign.qzx"), failure("nothing.qzx"), failure("text.qzx")));
     EXPECT_TRUE(TskModuleExists("a"));
     EXPECT_EQ(TskExitCodeGet(), 1);
 }
 
-TEST_F(Modules, MisbehavingInPhases) {
-    const struct {
-        const char* fixture;
-        Log said;  // by the module and about it, up to the end of start-up
-        bool exists, goodGoesOn;
-        int exitCode;
-    } rows[] = {
-        {"false-phase", {"bad: init 1", "bad: misbehaves"}, false, true, 1},
-        {"deletes-itself-in-phase", {"bad: init 1", "bad: init 2", "bad: misbehaves", "bad: gone"}, false, true, 0},
-        {"throws-phase", {"bad: init 1", "bad: misbehaves", "Internal Error (Exception in TskInit)"}, true, false, 1},
-    };
-    add("a", "z.qzx");  // after the one that misbehaves
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.fixture);
-        add(row.fixture, "bad.qzx");
-        ASSERT_NE(Startup(nullptr, nullptr), 0);
-        const Log log = take();
-        Log said;
-        for (const std::string& text : log)
-            if (!text.starts_with("> ") && !text.starts_with("a: ")) said.push_back(text);
-        EXPECT_EQ(said, row.said);
-        EXPECT_EQ(TskModuleExists("bad"), row.exists);
-        EXPECT_THAT(log, testing::Contains("a: init final").Times(row.goodGoesOn ? 1 : 0));
-        EXPECT_TRUE(TskExitKoraQuery());
-        EXPECT_EQ(ExitInstance(), row.exitCode);
-        take();
-        std::filesystem::remove(folder_.native() / "tools" / "bad.qzx");
-    }
-}
-
 TEST_F(Modules, OfOneNameAreBothThereAndTheFirstIsFound) {
-    add("a");
     add("twin");
     ASSERT_NE(Startup(nullptr, nullptr), 0);
     EXPECT_STREQ(TskKoraModuleGet("a")->TskFileName(), "a.qzx");
@@ -253,84 +220,52 @@ TEST_F(Modules, OfOneNameAreBothThereAndTheFirstIsFound) {
 }
 
 TEST_F(Modules, MayRefuseToQuit) {
-    add("a");
     add("refuses", "0.qzx");
     ASSERT_NE(Startup(nullptr, nullptr), 0);
     take();
-    EXPECT_FALSE(TskExitKoraQuery());
+    EXPECT_FALSE(TskGetApp()->TskAppQuit() || TskGetApp()->TskAppEnding());
     EXPECT_THAT(take(), ElementsAre("bad: misbehaves")) << "the first refusal ends the query";
-    EXPECT_FALSE(TskGetApp()->TskAppQuit());
-    EXPECT_FALSE(TskGetApp()->TskAppEnding());
-    take();
     ExitInstance();
     EXPECT_THAT(take(), IsEmpty());
     EXPECT_TRUE(TskModuleExists("a"));
     delete TskKoraModuleGet("bad");
 }
 
-TEST_F(Modules, ThrowingAtTheEndAreReportedAndEndAllTheSame) {
-    add("a");
-    add("throws-exit", "b.qzx");
-    ASSERT_NE(Startup(nullptr, nullptr), 0);
-    EXPECT_TRUE(TskExitKoraQuery());
-    take();
-    EXPECT_EQ(ExitInstance(), 1);
-    EXPECT_THAT(take(), ElementsAre("a: exit 1", "bad: misbehaves", "Internal Error (Exception in TskExit)", "a: gone",
-                                    "bad: gone"));
-    EXPECT_FALSE(TskModulesInitialized());
-}
-
 TEST_F(Modules, AbsentFromTheirFolderAreMissed) {
-    const std::string tools = folder_.nativeText("empty");
-    folder_.write("ts.ini", "[System]\ntoolfolder = \"" + tools + "\"\n");
-    IniMainFileSet(folder_.nativeText("ts.ini").c_str());  // read it again
-    TskToolsFolderSet(nullptr);
-    for (const bool there : {false, true}) {
-        SCOPED_TRACE(there);
-        if (there) folder_.makeFolder("empty");
-        ASSERT_NE(Startup(nullptr, nullptr), 0);
-        EXPECT_THAT(take(), ElementsAre(testing::MatchesRegex("There are no code modules in the specified tools "
-                                                              "directory '.:\\\\.*\\\\empty'"),
-                                        "> Loading Files ..."));
-        EXPECT_TRUE(TskExitKoraQuery());
-        EXPECT_EQ(ExitInstance(), 0);
-    }
-}
-
-// A pending error may outlive the module that set it.
-TEST_F(Modules, ThatAreGoneAreNotAskedAboutTheirErrors) {
-    add("a");
+    profile("toolfolder = \"" + folder_.nativeText("empty") + '"');
+    folder_.makeFolder("empty");
     ASSERT_NE(Startup(nullptr, nullptr), 0);
-    ErrSet(TskKoraModuleGet("a"), 5, 1, nullptr);
-    EXPECT_TRUE(TskExitKoraQuery());
-    ExitInstance();
-    take();
-    EXPECT_TRUE(ErrReport());
-    EXPECT_THAT(take(), ElementsAre("Unknown error occurred. Kora Module ''  Location 0x1 (1)  Reference 0x0 (0)"));
+    EXPECT_THAT(take(), ElementsAre(testing::MatchesRegex("There are no code modules in the specified tools directory "
+                                                          "'.:\\\\.*\\\\empty'"),
+                                    "> Loading Files ..."));
+    EXPECT_EQ(TskExitCodeGet(), 0);
 }
 
 // An expiry that ends everything returns into its module's library, which so has to be there still.
 class EndsEverything : public TmrTimer {
 public:
-    EndsEverything() : TmrTimer(TmrTypeIdle) {}
+    EndsEverything() : TmrTimer(TmrTypeIdle) { TmrStart(); }
     bool TmrExpiry() override {
-        const auto call = answer;
+        const auto call = answer_;
         EXPECT_TRUE(TskExitKoraQuery());
         TskExit();  // deletes this timer too
         EXPECT_EQ(call(), 42);
         return false;
     }
-    int (*answer)() = nullptr;
+
+private:
+    int (*answer_)() = reinterpret_cast<int (*)()>(TskKoraConnect(TskKoraHandleGet("a"), "a", "fixtureAnswer"));
 };
 
-TEST_F(Modules, StayLoadedWhileTheirCodeMayRun) {
-    add("a");
+TEST_F(Modules, ThatHaveGoneAreStillLoadedWhileTheyRunAndAreNotAskedAboutTheirErrors) {
     ASSERT_NE(Startup(nullptr, nullptr), 0);
-    auto* timer = new EndsEverything;
-    timer->answer = reinterpret_cast<int (*)()>(TskKoraConnect(TskKoraHandleGet("a"), "a", "fixtureAnswer"));
-    timer->TmrStart();
+    ErrSet(TskKoraModuleGet("a"), 5, 1, nullptr);
+    new EndsEverything;
     Idle(0);
     EXPECT_FALSE(TskModulesInitialized());
+    take();
+    EXPECT_TRUE(ErrReport());
+    EXPECT_THAT(take(), ElementsAre("Unknown error occurred. Kora Module ''  Location 0x1 (1)  Reference 0x0 (0)"));
 }
 
 }  // namespace
