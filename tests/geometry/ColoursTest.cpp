@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
-#include <string>
+#include <span>
 
 namespace {
 
@@ -46,39 +46,19 @@ TEST(Colours, ValuesMapAndAreCheckedByTheirForm) {
         bool valid;
         unsigned long rgb;
     };
-    constexpr Row rows[] = {
-        // direct, with and without the callers' bit
-        {0x80000000, true, 0},
-        {0x80123456, true, 0x123456},
-        {0x81FFFFFF, true, 0xFFFFFF},
-        // next to direct
-        {0x82000000, false, 0},
-        {0x7FFFFFFF, false, 0},
-        {0x84123456, false, 0},
-        // the palette's ends
-        {0, false, 0},
-        {0x01000000, false, 0},
-        {22, false, 0},
-        {0x01000005, true, 0xFF00FF},
-        {0x01000016, false, 0},
-        // symbols
-        {0xAA000000, true, 0},
-        {0xAA000001, true, 0xFFFFFF},
-        {0xAA000002, true, 0xFFFFFF},
-        {0xAB000000, true, 0},
-        {0xAB000001, true, 0xFFFFFF},
-        {0xAB000002, true, 0xFFFFFF},
-        {0xAA000003, false, 0},
-        {0xA9FFFFFF, false, 0},
-        // anything else
-        {0xFFFFFFFF, false, 0},
-        {0x02000001, false, 0},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(testing::Message() << std::hex << row.colour);
-        EXPECT_EQ(WinIsValidColour(value(row.colour)), row.valid);
-        EXPECT_EQ(WinMapColour(value(row.colour)), row.rgb);
-    }
+    constexpr Row direct[] = {{0x80000000, true, 0},  {0x80123456, true, 0x123456}, {0x81FFFFFF, true, 0xFFFFFF},
+                              {0x82000000, false, 0}, {0x7FFFFFFF, false, 0},       {0x84123456, false, 0}};
+    constexpr Row palettesEnds[] = {{0, false, 0},          {0x01000000, false, 0},
+                                    {22, false, 0},         {0x01000005, true, 0xFF00FF},
+                                    {0x01000016, false, 0}, {0x02000001, false, 0}};
+    constexpr Row symbols[] = {{0xAA000000, true, 0},  {0xAA000001, true, 0xFFFFFF}, {0xAA000002, true, 0xFFFFFF},
+                               {0xAB000000, true, 0},  {0xAB000001, true, 0xFFFFFF}, {0xAB000002, true, 0xFFFFFF},
+                               {0xAA000003, false, 0}, {0xA9FFFFFF, false, 0},       {0xFFFFFFFF, false, 0}};
+    for (const std::span<const Row> rows : {std::span<const Row>(direct), {palettesEnds}, {symbols}})
+        for (const Row& row : rows) {
+            EXPECT_EQ(WinIsValidColour(value(row.colour)), row.valid) << std::hex << row.colour;
+            EXPECT_EQ(WinMapColour(value(row.colour)), row.rgb) << std::hex << row.colour;
+        }
 }
 
 TEST(Colours, NamesAreReadWithoutCaseAndNumbersAsDigits) {
@@ -86,43 +66,20 @@ TEST(Colours, NamesAreReadWithoutCaseAndNumbersAsDigits) {
         const char* text;
         std::uint32_t colour;
     };
-    constexpr Row rows[] = {
-        {"PINK", 15},
-        {"DkGray", 8},
-        {"foreground", 0xAA000000},
-        {"Background", 0xAA000001},
-        {"NONE", 0xAA000002},
-        {"netset", 0},
-        // no names
-        {"Dark", 0},
-        {"", 0},
-        {"red ", 0},
-        {" red", 0},
-        {"re", 0},
-        {"reds", 0},
-        // direct colours
-        {"0x0000ff", 0x800000FF},
-        {"0xFFFFFF", 0x80FFFFFF},
-        {"0x0", 0x80000000},
-        {"0x12zz", 0x80000012},
-        // too wide, however wide
-        {"0x1000000", 0},
-        {"0xffffffff", 0},
-        {"0x100000000", 0},
-        {"0x1000000000000000000", 0},
-        {"0x-1", 0},
-        // no number
-        {"0x", 0},
-        {"0xg", 0},
-        {"x12", 0},
-        {" 0x12", 0},
-        {"0X12", 0},
-        {"12", 0},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.text);
-        EXPECT_EQ(WinGetColourByName(row.text), value(row.colour));
-    }
+    constexpr Row rows[] = {{"PINK", 15},
+                            {"DkGray", 8},
+                            {"foreground", 0xAA000000},
+                            {"Background", 0xAA000001},
+                            {"NONE", 0xAA000002},
+                            {"0x0000ff", 0x800000FF},
+                            {"0xFFFFFF", 0x80FFFFFF},
+                            {"0x0", 0x80000000},
+                            {"0x12zz", 0x80000012}};
+    for (const Row& row : rows) EXPECT_EQ(WinGetColourByName(row.text), value(row.colour)) << row.text;
+    // the name of no colour, numbers that are too wide, and what is neither
+    for (const char* text : {"netset", "0x1000000", "0xffffffff", "0x100000000", "0x1000000000000000000", "0x-1",
+                             "Dark", "", "red ", " red", "re", "reds", "0x", "0xg", "x12", " 0x12", "0X12", "12"})
+        EXPECT_EQ(WinGetColourByName(text), 0) << text;
     EXPECT_EQ(WinGetColourByName(nullptr), 0);
 }
 
@@ -153,29 +110,28 @@ TEST(WindowColours, SymbolsFollowTheWindowsSettings) {
     WinWindow window;
     EXPECT_EQ(window.WinMapColour(kForeground, false), 0u);
     EXPECT_EQ(window.WinMapColour(kBackground, false), 0xFFFFFFu);
-
     window.WinForeColourSet(3);
     window.WinBackColourSet(value(0x80112233));
-    EXPECT_EQ(window.WinMapColour(kForeground, false), 0xFF0000u);
-    EXPECT_EQ(window.WinMapColour(kForeground | kFlag, false), 0xFF0000u);
-    EXPECT_EQ(window.WinMapColour(kBackground, false), 0x112233u);
-    EXPECT_EQ(window.WinMapColour(kBackground | kFlag, false), 0x112233u);
-    EXPECT_EQ(window.WinMapColour(kNone, false), 0xFFFFFFu);
-    EXPECT_EQ(window.WinMapColour(1, false), 255u);
-
+    struct Row {
+        int colour;
+        unsigned long rgb, ofOneBit;
+    };
+    constexpr Row rows[] = {{kForeground, 0xFF0000, 0},
+                            {kForeground | kFlag, 0xFF0000, 0},
+                            {kBackground, 0x112233, 0},
+                            {kBackground | kFlag, 0x112233, 0},
+                            {kNone, 0xFFFFFF, 0xFFFFFF},
+                            {11, 0xFFFFFF, 0xFFFFFF},
+                            {1, 0xFF, 0},
+                            {21, 0xF2F2F2, 0},
+                            {7, 0, 0}};
+    for (const Row& row : rows) {
+        EXPECT_EQ(window.WinMapColour(row.colour, false), row.rgb) << std::hex << row.colour;
+        EXPECT_EQ(window.WinMapColour(row.colour, true), row.ofOneBit) << std::hex << row.colour;
+    }
     // A setting that is a symbol itself is not replaced again: background is white then, whatever the window's is.
     window.WinForeColourSet(kBackground);
-    EXPECT_EQ(window.WinMapColour(kForeground, false), 0xFFFFFFu);
-}
-
-TEST(WindowColours, OneBitOutputKeepsWhiteAlone) {
-    WinWindow window;
-    EXPECT_EQ(window.WinMapColour(1, true), 0u);
-    EXPECT_EQ(window.WinMapColour(21, true), 0u);
-    EXPECT_EQ(window.WinMapColour(11, true), 0xFFFFFFu);
-    EXPECT_EQ(window.WinMapColour(kBackground, true), 0xFFFFFFu);
-    window.WinBackColourSet(8);
-    EXPECT_EQ(window.WinMapColour(kBackground, true), 0u);
+    EXPECT_EQ(window.WinMapColour(kForeground, true), 0xFFFFFFu);
 }
 
 }  // namespace
