@@ -2,8 +2,10 @@
 #include <kora/File.h>
 #include <kora/Par.h>
 
+#include <functional>
 #include <memory>
 #include <random>
+#include <tuple>
 
 #include "tests/parse/ReaderModel.h"
 #include "tests/support/RecordedPresenter.h"
@@ -301,7 +303,7 @@ public:
         const std::string alphabet = alphabets[below(5)] + std::string(below(3) == 0 ? 1 : 0, '\0');
         const std::size_t length = below(3) ? below(60) : below(3000);
         while (model_.text.size() < length) {
-            const char c = alphabet[below(static_cast<unsigned>(alphabet.size()))];
+            const char c = alphabet[below(alphabet.size())];
             model_.text.append(below(20) ? 1 : below(40), c);
         }
         const auto mode = static_cast<ParMode>(below(3));
@@ -324,68 +326,51 @@ public:
     ~RandomReading() { reader_.ParClose(); }
 
     void step() {
-        switch (const unsigned operation = below(14); operation) {
-            case 0:
-            case 1:
-                reader_.ParCharNext(), model_.next();
-                break;
-            case 2:
-                reader_.ParCharNextEscape(), model_.nextEscape();
-                break;
-            case 3:
-                reader_.ParStmtNext(), model_.stmtNext();
-                break;
-            case 4:
-            case 5:
-                reader_.ParBackspace(), model_.backspace();
-                break;
-            case 6:
-                reader_.ParBlanksSkip(), model_.blanksSkip();
-                break;
-            case 7: {
-                const long to = static_cast<long>(below(static_cast<unsigned>(model_.text.size()) + 3)) - 1;
+        const std::function<void()> operations[] = {
+            [&] { reader_.ParCharNext(), model_.next(); },
+            [&] { reader_.ParCharNextEscape(), model_.nextEscape(); },
+            [&] { reader_.ParStmtNext(), model_.stmtNext(); },
+            [&] { reader_.ParBackspace(), model_.backspace(); },
+            [&] { reader_.ParBlanksSkip(), model_.blanksSkip(); },
+            [&] {
+                const long to = static_cast<long>(below(model_.text.size() + 3)) - 1;
                 reader_.Seek(to), model_.seek(to);
-                break;
-            }
-            case 8:
-            case 9: {
-                static const char* const classes[] = {nullptr, "ab", "a1-H;{}\n\x01", "\xFFz "};
-                const char* const members = classes[below(4)];
-                const int max = below(4) ? 80 : static_cast<int>(below(4));
-                ParCharSet set;
-                reader_.ParCharSetInit(&set, members, -1);
-                char token[81];
-                std::string expected;
-                const bool any = model_.token(expected, members && *members == '\xFF' ? "z " : members, max);
-                EXPECT_EQ(reader_.ParToken(token, set, static_cast<short>(max)), any);
-                EXPECT_EQ(std::string(token, expected.size() + 1), expected + '\0');
-                break;
-            }
-            case 10:
-                change();
-                break;
-            default: {
+            },
+            [&] { token(); },
+            [&] { change(); },
+            [&] {
                 std::string sought = ahead();
-                if (below(2)) sought.resize(below(static_cast<unsigned>(sought.size()) + 1));
+                if (below(2)) sought.resize(below(sought.size() + 1));
                 if (below(3) == 0) sought += "ab1 {\n"[below(6)];
                 EXPECT_EQ(reader_.ParCompare(sought.c_str()), model_.compare(sought)) << sought;
-            }
-        }
-        EXPECT_EQ(reader_.ParCharCurrent(), model_.current);
-        EXPECT_EQ(reader_.ParStmtEnd(), model_.stmtEnd || model_.fileEnd);
-        EXPECT_EQ(reader_.ParFileEnd(), model_.fileEnd);
-        EXPECT_EQ(reader_.GetPos(), model_.here());
-        EXPECT_EQ(reader_.savedPos, model_.savedPos);
-        EXPECT_EQ(reader_.maxPos, model_.maxPos);
-        EXPECT_EQ(reader_.commentDepth, model_.depth);
-        EXPECT_EQ(reader_.sawText, model_.sawText);
-        EXPECT_EQ(reader_.sawComment, model_.sawComment);
+            },
+        };
+        static constexpr int often[] = {0, 0, 1, 2, 3, 3, 4, 5, 6, 6, 7, 8, 8, 8};
+        operations[often[below(std::size(often))]]();
+        EXPECT_EQ(
+            std::tuple(reader_.ParCharCurrent(), reader_.GetPos(), reader_.savedPos, reader_.maxPos,
+                       reader_.ParStmtEnd(), reader_.ParFileEnd(), reader_.commentDepth, reader_.sawText,
+                       reader_.sawComment),
+            std::tuple(model_.current, model_.here(), model_.savedPos, model_.maxPos, model_.stmtEnd || model_.fileEnd,
+                       model_.fileEnd, model_.depth, model_.sawText, model_.sawComment));
     }
     const std::string& text() const { return model_.text; }
 
 private:
-    unsigned below(unsigned n) { return static_cast<unsigned>(random_() % n); }
+    unsigned below(std::size_t n) { return static_cast<unsigned>(random_() % n); }
 
+    void token() {
+        static const char* const classes[] = {nullptr, "ab", "a1-H;{}\n\x01", "\xFFz "};
+        const char* const members = classes[below(4)];
+        const int max = below(4) ? 80 : static_cast<int>(below(4));
+        ParCharSet set;
+        reader_.ParCharSetInit(&set, members, -1);
+        char taken[81];
+        std::string expected;
+        const bool any = model_.token(expected, members && *members == '\xFF' ? "z " : members, max);
+        EXPECT_EQ(reader_.ParToken(taken, set, static_cast<short>(max)), any);
+        EXPECT_EQ(std::string(taken, expected.size() + 1), expected + '\0');
+    }
     /// What a comparison from here on would see.
     std::string ahead() const {
         ReaderModel copy = model_;
@@ -397,7 +382,7 @@ private:
     /// Changes a byte of the caller's array.
     void change() {
         if (!array_ || model_.text.empty()) return;
-        const unsigned at = below(static_cast<unsigned>(model_.text.size()));
+        const unsigned at = below(model_.text.size());
         model_.text[at] = "a {}\n;"[below(6)];
         array_->RamArray::operator[](at) = static_cast<unsigned char>(model_.text[at] - (kind_ == 1));
     }

@@ -55,16 +55,8 @@ struct ReaderModel {
             } else if (c == statementEnd) {
                 if (!(sawComment && !sawText)) stmtEnd = true;
                 sawText = sawComment = false;
-            } else if (static_cast<unsigned char>(c) < 32) {
-                if (!keepControl) {
-                    current = ' ';
-                    delivered = true;
-                } else if (c != 0) {
-                    current = c;
-                    delivered = true;
-                }
-            } else {
-                current = c;
+            } else if (c != 0 || !keepControl) {
+                current = static_cast<unsigned char>(c) < 32 && !keepControl ? ' ' : c;
                 delivered = true;
             }
         }
