@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string_view>
 
 /// What a character means to every folder: plain bytes, ordered as signed 8-bit values, with the letters a-z alone
@@ -17,6 +19,39 @@ constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 /// Blanks and control characters, codes 0 to 32. Bytes from 0x80 up are ordinary characters.
 constexpr bool isBlankOrControl(char c) { return static_cast<unsigned char>(c) <= ' '; }
+
+/// Moves between one and two words' length as two words, which may overlap.
+template <typename Word>
+inline void moveEnds(char* to, const char* from, std::size_t length) {
+    Word first, last;
+    std::memcpy(&first, from, sizeof first);
+    std::memcpy(&last, from + length - sizeof last, sizeof last);
+    std::memcpy(to, &first, sizeof first);
+    std::memcpy(to + length - sizeof last, &last, sizeof last);
+}
+
+/// std::memmove for at most 16 bytes, without a call, which would take longer than the move.
+inline void moveShort(char* to, const char* from, std::size_t length) {
+    if (length >= 8) {
+        moveEnds<std::uint64_t>(to, from, length);
+    } else if (length >= 4) {
+        moveEnds<std::uint32_t>(to, from, length);
+    } else if (length >= 2) {
+        moveEnds<std::uint16_t>(to, from, length);
+    } else if (length == 1) {
+        *to = *from;
+    }
+}
+
+/// std::memmove for names and the like: a call only beyond 32 bytes.
+inline void moveText(char* to, const char* from, std::size_t length) {
+    struct Block {
+        std::uint64_t words[2];
+    };
+    if (length <= sizeof(Block)) return moveShort(to, from, length);
+    if (length <= 2 * sizeof(Block)) return moveEnds<Block>(to, from, length);
+    std::memmove(to, from, length);
+}
 
 /// How many bytes @p a and @p b have in common from their beginning.
 std::size_t commonPrefix(std::string_view a, std::string_view b);

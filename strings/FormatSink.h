@@ -7,6 +7,8 @@
 #include <string>
 #include <utility>
 
+#include "strings/Bytes.h"
+
 namespace kora {
 
 /// Where formatted characters go: a window of memory that is filled, and what happens when it is full.
@@ -66,24 +68,9 @@ private:
         at_ += length, room_ -= length;
         if (length > 16) {
             std::memmove(to, text, length);
-        } else if (length >= 8) {
-            copyEnds<std::uint64_t>(to, text, length);
-        } else if (length >= 4) {
-            copyEnds<std::uint32_t>(to, text, length);
-        } else if (length >= 2) {
-            copyEnds<std::uint16_t>(to, text, length);
-        } else if (length == 1) {
-            *to = *text;
+        } else {
+            moveShort(to, text, length);
         }
-    }
-    /// Copies up to two words' length as two words, which may overlap.
-    template <typename Word>
-    static void copyEnds(char* to, const char* from, std::size_t length) {
-        Word first, last;
-        std::memcpy(&first, from, sizeof first);
-        std::memcpy(&last, from + length - sizeof last, sizeof last);
-        std::memcpy(to, &first, sizeof first);
-        std::memcpy(to + length - sizeof last, &last, sizeof last);
     }
     void writePieces(const char* text, std::size_t length);
     bool makeRoom() { return room_ != 0 || (drain(), room_ != 0); }

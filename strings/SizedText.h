@@ -5,6 +5,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "strings/Bytes.h"
+
 /// How a pointer and a size become a text, and how a text is written to a pointer and a size.
 namespace kora {
 
@@ -46,7 +48,7 @@ inline std::size_t roomOf(const char* buffer, int size) {
 inline bool putText(char* buffer, std::size_t room, std::size_t at, std::string_view text) {
     if (at > room) return false;
     const std::size_t count = std::min(text.size(), room - at);
-    if (count > 0) std::memmove(buffer + at, text.data(), count);
+    moveText(buffer + at, text.data(), count);
     if (at + count < room) buffer[at + count] = '\0';
     return count == text.size();
 }
