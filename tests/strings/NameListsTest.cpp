@@ -22,10 +22,9 @@ struct Item {
 std::vector<Item> itemsOf(const CStringArray& names) {
     std::vector<Item> items(names.size());
     for (std::size_t i = 0; i < names.size(); ++i) {
-        Item& item = items[i];
-        item.name = names[i];
-        item.tag = static_cast<unsigned>(i);
-        StrSplitName(names[i], item.prefix, item.suffix, &item.number, &item.digits);
+        items[i].name = names[i];
+        items[i].tag = static_cast<unsigned>(i);
+        StrSplitName(names[i], items[i].prefix, items[i].suffix, &items[i].number, &items[i].digits);
     }
     return items;
 }
@@ -72,16 +71,11 @@ CString listOf(const std::vector<Item>& items) {
     return text;
 }
 
-CStringArray words(const CString& line) {
-    CStringArray list;
-    CString item;
-    for (int at = 0; StrGetItem(at, line, item);) list.push_back(item);
-    return list;
-}
-
 CString listText(const CString& line, bool sortFirst = false) {
-    CString text = "old";
-    StrMakeNameListString(words(line), text, sortFirst);
+    CStringArray names;
+    CString item, text = "old";
+    for (int at = 0; StrGetItem(at, line, item);) names.push_back(item);
+    StrMakeNameListString(names, text, sortFirst);
     return text;
 }
 
@@ -89,7 +83,8 @@ CStringArray randomNames(std::mt19937& random, std::size_t most) {
     CStringArray names(random() % (most + 1));
     for (CString& name : names) {
         name = randomText(random, "A\xE9[", 1);
-        if (random() % 8) name += std::to_string(random() % 2 ? random() % 12 : 32760 + random() % 16);
+        if (random() % 8)
+            name += std::to_string(random() % 2 ? random() % 12 : random() % 9 ? 32760 + random() % 16 : 123456);
         name += randomText(random, "Qq]", 1);
     }
     return names;
@@ -103,61 +98,39 @@ TEST(StrMakeNameListString, DrawsNeighboursTogether) {
     EXPECT_EQ(listText("A3 A2 A1"), "A3..A1");
     EXPECT_EQ(listText("A3 A2 A1", true), "A1..A3");
     EXPECT_EQ(listText("A1 A2 A1 A0"), "A1 A2 A1 A0") << "a range keeps its direction";
-    EXPECT_EQ(listText("A1 A2 A3 A2 A1"), "A1..A3 A2 A1");
-    EXPECT_EQ(listText("A9 A10 A11 A011 A012"), "A9..A11 A011 A012");
-    EXPECT_EQ(listText("A1 B2 C3"), "A1 B2 C3");
-    EXPECT_EQ(listText("A1x A2x A3y"), "A1x A2x A3y");
     EXPECT_EQ(listText("A[1] A[2] A[3]"), "A[1] A[2] A[3]");
     EXPECT_EQ(listText("A32766 A32767 A32768 A32769"), "A32766..A32768 A32769") << "16-bit runs";
     EXPECT_EQ(listText(""), "");
-    CString text;
-    StrMakeNameListString({"", "A1"}, text, false);
-    EXPECT_EQ(text, " A1");
+    EXPECT_EQ(listText("\"\" A1"), " A1");
+    // names without digits are all suffix; A123456 counts as 33456
+    EXPECT_EQ(listText("B A10 A2 A '' A2b A2B \xE9_1 A123456 A40000", true),
+              " A B \xE9_1 A2 A2B A2b A10 A123456 A40000");
 }
 
-TEST(StrMakeNameListString, TheResultMayBeOneOfTheNames) {
-    CStringArray names{"A3", "A2", "A1"};
-    StrMakeNameListString(names, names[1], true);
-    EXPECT_EQ(names[1], "A1..A3");
-}
-
-TEST(StrMakeNameListString, AgreesWithTheItemByItemRule) {
-    constexpr unsigned kSeed = 5;
-    std::mt19937 random(kSeed);
+TEST(NameLists, AgreeWithTheItemByItemRules) {
+    std::mt19937 random(5);
     for (int round = 0; round < 4000; ++round) {
-        CStringArray names = randomNames(random, 6);
+        SCOPED_TRACE(round);
+        CStringArray names = randomNames(random, round % 10 == 0 ? 300 : 6);
         // runs in both directions
         for (unsigned at = 32764; random() % 6; at += random() % 4 ? 1U : -1U)
             names.push_back(CString("A").append(std::to_string(at)));
         std::vector<Item> items = itemsOf(names);
         CString text;
         StrMakeNameListString(names, text, false);
-        ASSERT_EQ(text, listOf(items)) << "seed " << kSeed << " round " << round;
+        ASSERT_EQ(text, listOf(items));
         // the library keeps equal items in order as well
         std::stable_sort(items.begin(), items.end(),
                          [](const Item& a, const Item& b) { return compareItems(a, b) < 0; });
-        StrMakeNameListString(names, text, true);
-        ASSERT_EQ(text, listOf(items)) << "sorted, seed " << kSeed << " round " << round;
+        std::vector<unsigned> tags(names.size()), expected;
+        std::iota(tags.begin(), tags.end(), 0U);
+        for (const Item& item : items) expected.push_back(item.tag);
+        StrSortNameList(names, tags);
+        ASSERT_EQ(tags, expected);
+        if (names.empty()) continue;
+        StrMakeNameListString(names, names[0], true);  // the result may be one of the names
+        ASSERT_EQ(names[0], listOf(items));
     }
-}
-
-TEST(StrSortNameList, OrdersTheTags) {
-    const CStringArray names{"B",
-                             "A10",
-                             "A2",
-                             "A",
-                             "",
-                             "A2b",
-                             "A2B",
-                             "\xE9"
-                             "1",
-                             "A123456",
-                             "A40000"};
-    std::vector<unsigned> tags(names.size());
-    std::iota(tags.begin(), tags.end(), 0U);
-    StrSortNameList(names, tags);
-    // names without digits are all suffix; A123456 counts as 33456
-    EXPECT_EQ(tags, (std::vector<unsigned>{4, 3, 0, 7, 2, 6, 5, 1, 8, 9}));
 }
 
 TEST(StrSortNameList, UnequalArraysAreCutToTheShorter) {
@@ -167,23 +140,4 @@ TEST(StrSortNameList, UnequalArraysAreCutToTheShorter) {
     tags.resize(1);
     StrSortNameList({"b1", "a1"}, tags);
     EXPECT_EQ(tags, (std::vector<unsigned>{8}));
-}
-
-TEST(StrSortNameList, RandomListsComeOutAscendingAndWhole) {
-    constexpr unsigned kSeed = 17;
-    std::mt19937 random(kSeed);
-    for (int round = 0; round < 300; ++round) {
-        SCOPED_TRACE(testing::Message() << "seed " << kSeed << " round " << round);
-        const CStringArray names = randomNames(random, 300);
-        const std::vector<Item> items = itemsOf(names);
-        std::vector<unsigned> tags(names.size());
-        std::iota(tags.begin(), tags.end(), 0U);
-        StrSortNameList(names, tags);
-        for (std::size_t i = 1; i < tags.size(); ++i) {
-            ASSERT_LE(compareItems(items[tags[i - 1]], items[tags[i]]), 0)
-                << names[tags[i - 1]] << ' ' << names[tags[i]];
-        }
-        std::sort(tags.begin(), tags.end());
-        for (unsigned i = 0; i < tags.size(); ++i) ASSERT_EQ(tags[i], i);
-    }
 }

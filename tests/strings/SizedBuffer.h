@@ -2,12 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
-/// A buffer of `room` bytes, filled with '~' behind the text it starts with and guarded on both
-/// sides. A NUL follows the text where there is room for one.
+/// A buffer of `room` bytes, filled with '~' behind the text it starts with and guarded on both sides. A NUL follows
+/// the text where there is room for one.
 class SizedBuffer {
 public:
     explicit SizedBuffer(std::size_t room, std::string_view text = {}) : room_(room), bytes_(room + 2 * kGuard, '~') {
@@ -21,7 +20,6 @@ public:
         EXPECT_EQ(bytes_.substr(kGuard + room_), intact) << "written behind the buffer";
     }
     SizedBuffer(const SizedBuffer&) = delete;
-    SizedBuffer& operator=(const SizedBuffer&) = delete;
 
     char* data() { return bytes_.data() + kGuard; }
     int size() const { return static_cast<int>(room_); }
@@ -31,10 +29,7 @@ public:
         for (char& c : all) c = c == '\0' ? '.' : c;
         return all;
     }
-    std::string text() {
-        const std::string all = bytes_.substr(kGuard, room_);
-        return all.substr(0, all.find('\0'));
-    }
+    std::string text() { return bytes_.substr(kGuard, std::string_view(data(), room_).find('\0')).substr(0, room_); }
 
 private:
     static constexpr std::size_t kGuard = 16;
