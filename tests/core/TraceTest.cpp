@@ -3,15 +3,14 @@
 #include <kora/Err.h>
 #include <kora/Trace.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <regex>
 #include <string>
 
-#include "tests/support/FileFault.h"
 #include "tests/support/RecordedPresenter.h"
 #include "tests/support/ScopedPlaces.h"
 
-using kora::test::FileFault;
 using kora::test::RecordedPresenter;
 using kora::test::ScopedPlaces;
 using testing::ElementsAre;
@@ -33,13 +32,12 @@ struct Trace : testing::Test {
     bool hasLog() const { return places.folder.has("documents/ts_error_log.txt"); }
 
     // What a dump must look like after the words 1, 2, ... @p count.
-    static std::string dumpOf(unsigned count, const std::string& header) {
+    static std::string dumpOf(int count, const std::string& header) {
         std::string text = header + '\n';
         char word[16];
-        for (unsigned i = 0; i < 1024; ++i) {
-            const unsigned value =
-                count <= 1024 ? (i < 1024 - count ? 0 : i - (1024 - count) + 1) : count - 1024 + i + 1;
-            std::snprintf(word, sizeof word, i % 8 == 7 ? "%08x\n" : "%08x ", value);
+        for (int i = 1; i <= 1024; ++i) {
+            const int value = std::max(count - 1024 + i, 0);
+            std::snprintf(word, sizeof word, i % 8 == 0 ? "%08x\n" : "%08x ", static_cast<unsigned>(value));
             text += word;
         }
         return text + "$ENDDUMP\n";
@@ -72,20 +70,17 @@ TEST_F(Trace, WritesOnlyWhenSwitchedOnOrForced) {
     EXPECT_EQ(log(), "ab\nc\n\n");
 }
 
-TEST_F(Trace, DatesNotes) {
+TEST_F(Trace, DatesNotesAndFindsAPlaceForThem) {
+    places.instead["documents"] = "";
     TraceNoteDate("Hello!", true);
-    EXPECT_TRUE(std::regex_match(log(), std::regex("[A-Z][a-z]{2} [0-3][0-9], [0-9]{4} - [0-2][0-9]:[0-5][0-9]:"
-                                                   "[0-6][0-9] - Hello!\n")))
-        << log();
-}
-
-TEST_F(Trace, RecordsOnlyWhileSwitchedOn) {
-    TraceRecordSet(false);
-    TraceCode(1);
-    TraceData(2);
-    TraceDump(nullptr, true);
-    EXPECT_EQ(log(), dumpOf(0, "$STARTDUMP(0)"));
-    EXPECT_EQ(LastTrace(), 0u);
+    const std::string note = places.folder.read("program/ts_error_log.txt");
+    EXPECT_TRUE(
+        std::regex_match(note, std::regex("[A-Z][a-z]{2} [0-3]\\d, \\d{4} - [0-2]\\d:[0-5]\\d:[0-6]\\d - Hello!\n")))
+        << note;
+    places.instead.clear();
+    places.folder.makeFolder("documents/ts_error_log.txt");  // no log can be written there
+    TraceNote("x", "", true);
+    TraceDump("x", true);
 }
 
 TEST_F(Trace, TheTriggerDumpsWhileTracingToFile) {
@@ -100,27 +95,26 @@ TEST_F(Trace, TheTriggerDumpsWhileTracingToFile) {
     TraceTriggerSet(5);
     TraceCode(5);
     EXPECT_EQ(log(), dumpOf(5, "$STARTDUMP(5)"));
-}
-
-TEST_F(Trace, StandsInTheProgramFolderWithoutDocuments) {
-    places.instead["documents"] = "";
-    TraceNote("x", "", true);
-    EXPECT_EQ(places.folder.read("program/ts_error_log.txt"), "x\n");
-}
-
-TEST_F(Trace, ALogThatCannotBeWrittenIsPassedOver) {
-    places.folder.makeFolder("documents/ts_error_log.txt");
-    TraceNote("x", "", true);
-    TraceDump("x", true);
-    FileFault fault(1);
-    TraceNoteDate("x", true);
-    EXPECT_TRUE(fault.wasHit());
+    TraceRecordSet(false);
+    TraceCode(5);
+    TraceData(6);
+    EXPECT_EQ(LastTrace(), 5u);
+    EXPECT_EQ(log(), dumpOf(5, "$STARTDUMP(5)"));
 }
 
 TEST_F(Trace, ExceptionsAreShownOnceWhenSuppressed) {
-    RecordedPresenter user;
+    struct Chatty : RecordedPresenter {
+        void ErrorDialog(const char* text, bool& suppress) override {
+            recording = TraceRecordGet();
+            RecordedPresenter::ErrorDialog(text, suppress);
+            if (throws) throw 1;
+        }
+        bool recording = true, throws = false;
+    } user;
     TraceCode(0xABC);
     TraceException("Exception in a test");
+    EXPECT_FALSE(user.recording);
+    EXPECT_TRUE(TraceRecordGet());
     user.suppressNext = true;
     TraceException("Exception in a test");
     TraceException("Exception in a test");
@@ -132,22 +126,9 @@ TEST_F(Trace, ExceptionsAreShownOnceWhenSuppressed) {
                 ElementsAre("Internal Error (Exception in a test" + rest, "Internal Error (Exception in a test" + rest,
                             "Internal Error (Undefined exception" + rest));
     EXPECT_FALSE(hasLog());
-    TraceException(std::string(4000, 'x').c_str());
+    user.throws = true;
+    EXPECT_THROW(TraceException(std::string(4000, 'x').c_str()), int);
     EXPECT_EQ(user.errors.back().size(), 1023u);
-}
-
-TEST_F(Trace, NothingIsRecordedWhileTheErrorDialogStands) {
-    struct Chatty : MsgPresenter {
-        void ErrorDialog(const char*, bool&) override {
-            recording = TraceRecordGet();
-            throw 1;
-        }
-        bool recording = true;
-    } chatty;
-    MsgPresenter* before = MsgPresenterSet(&chatty);
-    EXPECT_THROW(TraceException("another"), int);
-    MsgPresenterSet(before);
-    EXPECT_FALSE(chatty.recording);
     EXPECT_TRUE(TraceRecordGet());
 }
 

@@ -88,6 +88,7 @@ TEST(Format, RandomNumbersAndTextsAreTheCLibrarys) {
         const std::string format = random.begin();
         const std::uint64_t bits = random.below(2) ? random.bits() : 0 - random.bits();
         const auto small = static_cast<int>(random.below(128));
+        const char floating = "fFeEgGaA"[random.below(8)];
         switch (random.below(8)) {
             case 0:
                 random.check(format + "s", std::string(random.below(50), 'x').c_str());
@@ -107,8 +108,7 @@ TEST(Format, RandomNumbersAndTextsAreTheCLibrarys) {
             case 4: {
                 const int scale = random.below(4) ? small : static_cast<int>(random.below(16600));
                 const auto value = static_cast<long double>(static_cast<std::int64_t>(bits));
-                random.check(format + 'L' + "fFeEgGaA"[random.below(8)],
-                             std::ldexp(value, random.below(2) ? -scale : scale));
+                random.check(format + 'L' + floating, std::ldexp(value, bits % 2 ? -scale : scale));
                 break;
             }
             default: {
@@ -118,11 +118,11 @@ TEST(Format, RandomNumbersAndTextsAreTheCLibrarys) {
                                          // halves and nines, where rounding goes wrong
                                          std::ldexp(static_cast<double>(bits % 100000), -small % 12),
                                          static_cast<double>(bits % 1000) - std::ldexp(1.0, -small % 40)};
-                random.check(format + "fFeEgGaA"[random.below(8)], values[random.below(5)]);
+                random.check(format + floating, values[random.below(5)]);
             }
         }
     }
-    EXPECT_EQ(random.sum(), 0x52DB5791E53E2928u);
+    EXPECT_EQ(random.sum(), 0x366BDBD9A6DC247Au);
 }
 
 // What glibc prints where C leaves it open, and where other C libraries differ.
