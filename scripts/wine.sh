@@ -48,8 +48,13 @@ if [ -z "${KORA_WINE_MOUNTED:-}" ]; then
     mount --bind "$checkout" "$root$checkout"
     export KORA_WINE_MOUNTED=1
     if [ ! -f "$root$prefix/system.reg" ]; then
+        # A checkout has a Wine prefix of its own; those of checkouts that are gone go too.
+        for other in "$root"/root/prefix-*; do
+            if [ -f "$other/checkout" ] && [ ! -d "$(cat "$other/checkout")" ]; then rm -rf "$other"; fi
+        done
         in_root / wineboot --init >&2
         in_root / wineserver --wait
+        echo "$checkout" >"$root$prefix/checkout"
     fi
 fi
 
