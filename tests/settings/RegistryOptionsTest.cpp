@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
+#include <vector>
 
 #include "platform/Platform.h"
 #include "tests/support/ScopedPlaces.h"
@@ -39,21 +39,18 @@ TEST_F(RegistryOptions, AreReadBack) {
     bool on = false;
     CString text;
     char bytes[3] = {};
+    const auto length = [](const char* name) { return GetRegOptionLen(kSection, name); };
     EXPECT_TRUE(SetRegOption(kSection, "n", -5) && GetRegOption(kSection, "n", number) && number == -5);
-    EXPECT_EQ(GetRegOptionLen(kSection, "n"), 4);
     EXPECT_TRUE(SetRegOption(kSection, "w", std::int64_t{1} << 40) && GetRegOption(kSection, "w", wide));
     EXPECT_EQ(wide, std::int64_t{1} << 40);
-    EXPECT_EQ(GetRegOptionLen(kSection, "w"), 8);
     EXPECT_TRUE(SetRegOption(kSection, "b", true) && GetRegOption(kSection, "b", on) && on);
     EXPECT_TRUE(SetRegOption(kSection, "b", false) && GetRegOption(kSection, "b", on) && !on);
-    EXPECT_EQ(GetRegOptionLen(kSection, "b"), 4);
     EXPECT_TRUE(SetRegOption(kSection, "t", CString("a b")) && GetRegOption(kSection, "t", text) && text == "a b");
-    EXPECT_EQ(GetRegOptionLen(kSection, "t"), 4);
-    EXPECT_TRUE(SetRegOption(kSection, "t", "") && GetRegOption(kSection, "t", text) && text.empty());
-    EXPECT_EQ(GetRegOptionLen(kSection, "t"), 1);
+    EXPECT_TRUE(SetRegOption(kSection, "e", "") && GetRegOption(kSection, "e", text) && text.empty());
     EXPECT_TRUE(SetRegOption(kSection, "x", "\0\1\2", 3) && GetRegOption(kSection, "x", bytes, 3));
-    EXPECT_EQ(std::memcmp(bytes, "\0\1\2", 3), 0);
-    EXPECT_EQ(GetRegOptionLen(kSection, "x"), 3);
+    EXPECT_EQ(std::string(bytes, 3), std::string("\0\1\2", 3));
+    EXPECT_EQ((std::vector{length("n"), length("w"), length("b"), length("t"), length("e"), length("x")}),
+              (std::vector{4, 8, 4, 4, 1, 3}));
 }
 
 TEST_F(RegistryOptions, AreTakenByTypeAndSize) {
@@ -61,18 +58,16 @@ TEST_F(RegistryOptions, AreTakenByTypeAndSize) {
     struct Row {
         RegistryType type;
         std::string bytes;
-        bool number, wide, text;
+        char takenAs;
     };
-    const Row rows[] = {
-        {RegistryType::number32, "\1\0\0\0"s, true, false, false},
-        {RegistryType::binary, "\1\0\0\0"s, true, false, false},
-        {RegistryType::binary, "\1\0\0"s, false, false, false},
-        {RegistryType::binary, "\1\0\0\0\0"s, false, false, false},
-        {RegistryType::number64, "\1\0\0\0\0\0\0\0"s, false, true, false},
-        {RegistryType::binary, "\1\0\0\0\0\0\0\0"s, false, true, false},
-        {RegistryType::text, "abc\0"s, false, false, true},
-        {RegistryType::text, "abcdefg\0"s, false, false, true},
-    };
+    const Row rows[] = {{RegistryType::number32, "\1\0\0\0"s, 'n'},
+                        {RegistryType::binary, "\1\0\0\0"s, 'n'},
+                        {RegistryType::binary, "\1\0\0"s, ' '},
+                        {RegistryType::binary, "\1\0\0\0\0"s, ' '},
+                        {RegistryType::number64, "\1\0\0\0\0\0\0\0"s, 'w'},
+                        {RegistryType::binary, "\1\0\0\0\0\0\0\0"s, 'w'},
+                        {RegistryType::text, "abc\0"s, 't'},
+                        {RegistryType::text, "abcdefg\0"s, 't'}};
     for (const Row& row : rows) {
         SCOPED_TRACE(testing::Message() << static_cast<int>(row.type) << ' ' << row.bytes.size());
         store(row.type, row.bytes);
@@ -80,46 +75,38 @@ TEST_F(RegistryOptions, AreTakenByTypeAndSize) {
         std::int64_t wide = 7;
         bool on = false;
         CString text = "before";
-        EXPECT_EQ(GetRegOption(kSection, "v", number), row.number);
-        EXPECT_EQ(number, row.number ? 1 : 7);
-        EXPECT_EQ(GetRegOption(kSection, "v", wide), row.wide);
-        EXPECT_EQ(wide, row.wide ? 1 : 7);
-        EXPECT_EQ(GetRegOption(kSection, "v", on), row.number);
-        EXPECT_EQ(on, row.number);
-        EXPECT_EQ(GetRegOption(kSection, "v", text), row.text);
-        EXPECT_EQ(text, row.text ? row.bytes.c_str() : "before");
+        EXPECT_EQ(GetRegOption(kSection, "v", number), row.takenAs == 'n');
+        EXPECT_EQ(GetRegOption(kSection, "v", on), row.takenAs == 'n');
+        EXPECT_EQ(GetRegOption(kSection, "v", wide), row.takenAs == 'w');
+        EXPECT_EQ(GetRegOption(kSection, "v", text), row.takenAs == 't');
+        EXPECT_EQ(number, row.takenAs == 'n' ? 1 : 7);
+        EXPECT_EQ(on, row.takenAs == 'n');
+        EXPECT_EQ(wide, row.takenAs == 'w' ? 1 : 7);
+        EXPECT_EQ(text, row.takenAs == 't' ? row.bytes.c_str() : "before");
         EXPECT_EQ(GetRegOptionLen(kSection, "v"), static_cast<int>(row.bytes.size()));
     }
 }
 
-TEST_F(RegistryOptions, FillABufferOnlyWhole) {
+TEST_F(RegistryOptions, FailWithoutAWord) {
     store(RegistryType::binary, "abcd");
-    for (int size = 0; size < 4; ++size) {
-        char buffer[] = "#####";
-        EXPECT_FALSE(GetRegOption(kSection, "v", buffer, size));
-        EXPECT_STREQ(buffer, "#####");
-    }
     char buffer[] = "#####";
+    for (const int size : {-1, 0, 3}) EXPECT_FALSE(GetRegOption(kSection, "v", buffer, size));
+    EXPECT_FALSE(GetRegOption(kSection, "v", nullptr, 4));
+    EXPECT_STREQ(buffer, "#####");
     EXPECT_TRUE(GetRegOption(kSection, "v", buffer, 5));
     EXPECT_STREQ(buffer, "abcd#");
-    EXPECT_FALSE(GetRegOption(kSection, "v", buffer, -1));
-    EXPECT_FALSE(GetRegOption(kSection, "v", nullptr, 4));
-}
 
-TEST_F(RegistryOptions, FailWithoutAWord) {
-    int number = 7;
-    EXPECT_FALSE(GetRegOption(kSection, "missing", number));
-    EXPECT_FALSE(GetRegOption("No such section", "v", number));
-    EXPECT_FALSE(GetRegOption(nullptr, "v", number));
-    EXPECT_FALSE(GetRegOption(kSection, nullptr, number));
-    EXPECT_EQ(number, 7);
-    EXPECT_EQ(GetRegOptionLen(kSection, "missing"), 0);
-    EXPECT_EQ(GetRegOptionLen(nullptr, nullptr), 0);
-    EXPECT_FALSE(SetRegOption(nullptr, "v", 1));
-    EXPECT_FALSE(SetRegOption(kSection, nullptr, 1));
-    EXPECT_FALSE(SetRegOption(kSection, "v", "x", -1));
-    EXPECT_FALSE(SetRegOption(kSection, "v", static_cast<const void*>(nullptr), 1));
-    EXPECT_TRUE(SetRegOption(kSection, "v", static_cast<const void*>(nullptr), 0));
+    const std::pair<const char*, const char*> missing[] = {
+        {kSection, "missing"}, {"No such section", "v"}, {nullptr, "v"}, {kSection, nullptr}};
+    for (const auto& [section, name] : missing) {
+        int number = 7;
+        EXPECT_FALSE(GetRegOption(section, name, number) || number != 7);
+        EXPECT_EQ(GetRegOptionLen(section, name), 0);
+    }
+    const void* const nothing = nullptr;
+    EXPECT_FALSE(SetRegOption(nullptr, "v", 1) || SetRegOption(kSection, nullptr, 1));
+    EXPECT_FALSE(SetRegOption(kSection, "v", "x", -1) || SetRegOption(kSection, "v", nothing, 1));
+    EXPECT_TRUE(SetRegOption(kSection, "v", nothing, 0));
     EXPECT_EQ(GetRegOptionLen(kSection, "v"), 0);
 }
 
