@@ -4,6 +4,7 @@
 #include <kora/File.h>
 
 #include <string>
+#include <vector>
 
 #include "paths/SharedDirectories.h"
 #include "tests/support/ScopedPlaces.h"
@@ -20,10 +21,23 @@ protected:
     }
 
     std::string path(const std::string& name) const { return places.folder.path(name); }
+    void makeFiles(const std::vector<std::string>& names) const {
+        for (const std::string& name : names) places.folder.write(name, "");
+    }
 
     ScopedPlaces places;
 };
 
 inline std::string shown(const char* text) { return text != nullptr ? text : "(null)"; }
+
+/// The columns of a row of a table, between its bars.
+inline std::vector<std::string> columns(const std::string& row) {
+    std::vector<std::string> columns;
+    for (std::size_t at = 0, bar = 0; bar != row.npos; at = bar + 3) {
+        bar = row.find(" | ", at);
+        columns.push_back(row.substr(at, bar - at));
+    }
+    return columns;
+}
 
 }  // namespace kora::test
