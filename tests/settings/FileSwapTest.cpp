@@ -205,8 +205,9 @@ TEST_F(FileSwap, AWriterThatIsKilledAnywhereLeavesAWholeFile) {
         startWith(textOf('a').c_str());
         const pid_t writer = fork();
         ASSERT_NE(writer, -1);
-        for (char c = 'a'; writer == 0; c = c == 'z' ? 'a' : static_cast<char>(c + 1))
-            IniSetString(eIniState, "S", "k", std::string(3000, c).c_str());
+        if (writer == 0)
+            for (char c = 'a';; c = c == 'z' ? 'a' : static_cast<char>(c + 1))
+                IniSetString(eIniState, "S", "k", std::string(3000, c).c_str());
         int torn = 0;
         for (auto looks = 50 + random() % 400; looks > 0; --looks) torn += !isWhole(state());
         kill(writer, SIGKILL);

@@ -18,7 +18,7 @@ constexpr eIniFile kBoth[] = {eIniMain, eIniState};
 
 std::string listed(std::initializer_list<long long> numbers) {
     std::string text;
-    for (const long long number : numbers) text += (text.empty() ? "" : " ") + std::to_string(number);
+    for (const long long number : numbers) text.append(text.empty() ? "" : " ").append(std::to_string(number));
     return text;
 }
 
@@ -114,7 +114,7 @@ TEST_F(IniGetters, ReadEachKindAsFarAsItGoes) {
             for (const std::string& row : rows) {
                 SCOPED_TRACE(row);
                 const std::size_t arrow = row.find(" => ");
-                profile(file, "[S]\nk = " + row.substr(0, arrow) + "\n");
+                profile(file, std::string("[S]\nk = ").append(row, 0, arrow) + "\n");
                 EXPECT_EQ(read(kind, file, "K", true), row.substr(arrow + 4));
             }
         const char* const defaults[] = {"b0 1 5", "n5", "c77", "r2 1 4 3", "fUsual/1 9", "pd:\\def\\z.w"};
@@ -143,7 +143,7 @@ TEST_F(IniGetters, StringsFillTheirBufferAndNoMore) {
     for (const eIniFile file : kBoth)
         for (const Row& row : rows) {
             SCOPED_TRACE(testing::Message() << row.value << " into " << row.size);
-            profile(file, "[S]\nk = " + std::string(row.value) + "\n");
+            profile(file, std::string("[S]\nk = ") + row.value + "\n");
             std::string buffer(12, '#'), expected = row.text ? row.text + std::string(1, '\0') : "";
             EXPECT_TRUE(IniGetString(file, "S", "K", "def", buffer.data(), row.size, row.unquote));
             EXPECT_EQ(buffer, expected + std::string(buffer.size() - expected.size(), '#'));

@@ -41,7 +41,7 @@ TEST_F(MainProfile, IsTheSearchsFirstHitElseInTheDocumentRoot) {
 
     files.makeFolder(kStateFolder);
     for (const char* place : {"program", "userdata/Veltrane/Tessera5"}) {
-        files.write(std::string(place) + "/ts.ini", "[S]\nk = " + std::string(place));
+        files.write(std::string(place) + "/ts.ini", std::string("[S]\nk = ") + place);
         kora::settingsStop();
         EXPECT_EQ(k(), place);
     }
@@ -141,13 +141,17 @@ TEST_F(MainProfile, ReadsAHundredThousandLines) {
     std::string text;
     for (int i = 0; i < 100000; ++i) {
         const std::string number = std::to_string(i);
-        text += i % 100 == 0 ? "[S" + std::to_string(i / 100) + "]\n" : "key" + number + " = " + number + '\n';
+        if (i % 100 == 0)
+            text.append("[S").append(std::to_string(i / 100)).append("]\n");
+        else
+            text.append("key").append(number).append(" = ").append(number).append("\n");
     }
     main(text);
     state(text);
     for (const int i : {1, 99, 50001, 99999})
         for (const eIniFile file : {eIniMain, eIniState})
-            EXPECT_EQ(get(file, ("S" + std::to_string(i / 100)).c_str(), ("KEY" + std::to_string(i)).c_str()),
+            EXPECT_EQ(get(file, std::string("S").append(std::to_string(i / 100)).c_str(),
+                          std::string("KEY").append(std::to_string(i)).c_str()),
                       std::to_string(i));
     EXPECT_TRUE(IniSetString(eIniState, "s999", "key99999", "new"));
     EXPECT_EQ(state(), text.substr(0, text.rfind("99999\n")) + "new\n");
