@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <map>
 #include <memory>
 #include <random>
@@ -187,61 +186,6 @@ TEST(FileSystem, RefusesNamesThatNoFileHas) {
             EXPECT_TRUE(!results[i] && failures[i].cause != Cause::none) << "operation " << i;
     }
     EXPECT_EQ(folder.read("f"), "text");
-}
-
-TEST(FileSystem, WritesAFileLikeAnother) {
-    const TestFolder folder;
-    FileSystem& files = fileSystem();
-    Failure failure;
-    folder.write("model", "x");
-    folder.write("new", "of another time, and longer");
-    for (const char* model : {"model", "none"}) {
-        ASSERT_TRUE(files.writeLike(folder.path("new"), folder.path(model), "text", failure)) << failure.code;
-        EXPECT_EQ(folder.read("new"), "text");
-        EXPECT_EQ(std::filesystem::status(folder.native() / "new").permissions(),
-                  std::filesystem::status(folder.native() / "model").permissions());
-    }
-    folder.makeFolder("directory");
-    EXPECT_FALSE(files.writeLike(folder.path("directory"), folder.path("model"), "text", failure));
-    EXPECT_EQ(failure.cause, Cause::wrongKind);
-    for (const char* name : {"new", "none", "directory"}) {
-        std::string target;
-        EXPECT_TRUE(files.resolveLinks(folder.path(name), target, failure));
-        EXPECT_EQ(target, folder.path(name));
-    }
-}
-
-TEST(FileSystem, TellsTimesAndRights) {
-    const TestFolder folder;
-    folder.write("f", "12345");
-    FileSystem& files = fileSystem();
-    const auto now =
-        std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch()).count();
-    FileStatus status;
-    Failure failure;
-    ASSERT_TRUE(files.status(folder.path(), status, failure));
-    EXPECT_FALSE(status.readOnly);
-    ASSERT_TRUE(files.status(folder.path("f"), status, failure));
-    EXPECT_FALSE(status.readOnly);
-    EXPECT_LE(std::abs(status.created - now), 60);
-    EXPECT_LE(std::abs(status.modified - now), 60);
-    std::filesystem::permissions(folder.native() / "f", std::filesystem::perms::owner_read);
-    ASSERT_TRUE(files.status(folder.path("f"), status, failure));
-    EXPECT_TRUE(status.readOnly);
-    std::filesystem::permissions(folder.native() / "f", std::filesystem::perms::owner_all);
-
-    EXPECT_FALSE(files.setCreationTime(folder.path("none"), 1, failure));
-    EXPECT_EQ(failure.cause, Cause::notFound);
-    for (const std::int64_t time : {std::int64_t{1}, std::int64_t{1'000'000'000}, std::int64_t{5'000'000'000}}) {
-        if (!files.setCreationTime(folder.path("f"), time, failure)) {
-            ASSERT_EQ(failure.cause, Cause::unsupported);
-            GTEST_SKIP() << "no times of making on this file system";
-        }
-        ASSERT_TRUE(files.write(folder.path("f"), "6", WriteMode::replace, false, failure));
-        ASSERT_TRUE(files.status(folder.path("f"), status, failure));
-        EXPECT_EQ(status.created, time);
-        EXPECT_NE(status.modified, time);
-    }
 }
 
 }  // namespace

@@ -44,15 +44,6 @@ TEST_F(Messages, PostedByAHandlerWaitForTheNextPump) {
     EXPECT_EQ(received, (Received{{2, UINTPTR_MAX}, {1, 0}}));
 }
 
-TEST_F(Messages, KeepTheirOrderInAPumpInsideAHandler) {
-    onReceipt = [](std::uintptr_t value) {
-        if (value == 1) messagesPost(1, 4), messagesPump(nullptr);
-    };
-    for (const std::uintptr_t value : {1u, 2u, 3u}) messagesPost(1, value);
-    messagesPump(nullptr);
-    EXPECT_EQ(received, (Received{{1, 1}, {1, 2}, {1, 3}, {1, 4}}));
-}
-
 TEST_F(Messages, OutliveAHandlerThatThrows) {
     onReceipt = [](std::uintptr_t value) {
         if (value == 1) throw std::runtime_error("handler");

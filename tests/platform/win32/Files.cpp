@@ -62,36 +62,6 @@ TEST(HeldFile, IsBusy) {
     EXPECT_EQ(folder.read("held"), "new");
 }
 
-TEST(HeldFile, OfAReaderThatSharesCanBeReadAndWritten) {
-    const TestFolder folder;
-    folder.write("f", "old");
-    const Held reader(folder.path("f"), FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
-    Failure failure;
-    std::string bytes;
-    EXPECT_TRUE(fileSystem().read(folder.path("f"), bytes, failure));
-    EXPECT_TRUE(fileSystem().write(folder.path("f"), "newer", WriteMode::replace, true, failure));
-    EXPECT_TRUE(fileSystem().write(folder.path("f"), "!", WriteMode::append, true, failure));
-    EXPECT_EQ(folder.read("f"), "newer!");
-}
-
-TEST(FileAttributes, DoNotStandInTheWay) {
-    const TestFolder folder;
-    folder.write("hidden", "old");
-    const std::string hidden = folder.path("hidden");
-    ASSERT_TRUE(SetFileAttributesA(hidden.c_str(), FILE_ATTRIBUTE_HIDDEN));
-    Failure failure;
-    EXPECT_TRUE(fileSystem().write(hidden, "new", WriteMode::replace, false, failure)) << failure.code;
-    EXPECT_EQ(folder.read("hidden"), "new");
-    // On a directory the read-only attribute does not keep anybody from writing.
-    folder.makeFolder("d");
-    ASSERT_TRUE(SetFileAttributesA(folder.path("d").c_str(), FILE_ATTRIBUTE_READONLY));
-    FileStatus status;
-    ASSERT_TRUE(fileSystem().status(folder.path("d"), status, failure));
-    EXPECT_FALSE(status.readOnly);
-    EXPECT_TRUE(fileSystem().write(folder.path("d\\f"), "x", WriteMode::createNew, false, failure));
-    SetFileAttributesA(folder.path("d").c_str(), FILE_ATTRIBUTE_NORMAL);
-}
-
 TEST(DeviceNames, AreNoFiles) {
     for (const char* name : {"NUL", "CON"}) {
         SCOPED_TRACE(name);
@@ -100,17 +70,6 @@ TEST(DeviceNames, AreNoFiles) {
         EXPECT_FALSE(fileSystem().read(name, bytes, failure));
         EXPECT_FALSE(fileSystem().write(name, "x", WriteMode::append, false, failure));
     }
-}
-
-TEST(BareDrive, IsItsRoot) {
-    std::vector<DirectoryEntry> bare, root;
-    Failure failure;
-    const std::string drive = environment().systemDirectory().substr(0, 2);
-    ASSERT_TRUE(fileSystem().list(drive, bare, failure));
-    ASSERT_TRUE(fileSystem().list(drive + '\\', root, failure));
-    EXPECT_EQ(bare.size(), root.size());
-    EXPECT_FALSE(fileSystem().createDirectory(drive, failure));
-    EXPECT_EQ(failure.cause, Cause::exists);
 }
 
 }  // namespace
