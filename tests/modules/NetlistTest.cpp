@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <kora/File.h>
 
-#include <algorithm>
 #include <random>
 #include <string>
 #include <vector>
@@ -38,83 +37,6 @@ Reading readText(const std::string& text) {
     TestFolder folder;
     folder.write("text.blif", text);
     return readFile(folder.path("text.blif"));
-}
-
-// The values of all signals of a model of functions whose rows stand in an order in which they can be computed.
-class Simulation {
-public:
-    explicit Simulation(const Model& model) : model_(model), values_(model.nets.size()) {}
-
-    std::vector<bool>::reference operator[](const std::string& name) {
-        return values_[static_cast<std::size_t>(model_.find(name) - model_.nets.data())];
-    }
-    void setNibble(const std::string& prefix, unsigned value) {
-        for (unsigned i = 0; i < 4; ++i) (*this)[prefix + std::to_string(i)] = (value >> i & 1) != 0;
-    }
-    unsigned nibble(const std::string& prefix) {
-        unsigned value = 0;
-        for (unsigned i = 0; i < 4; ++i) value |= static_cast<unsigned>((*this)[prefix + std::to_string(i)]) << i;
-        return value;
-    }
-    void run() {
-        for (const netlist::Gate& gate : model_.gates) {
-            const bool matches = std::ranges::any_of(gate.rows, [&](const CString& row) {
-                for (std::size_t i = 0; i < row.size(); ++i)
-                    if (row[i] != '-' && (row[i] == '1') != values_[gate.inputs[i]]) return false;
-                return true;
-            });
-            values_[gate.output] = matches == gate.rowValue;
-        }
-    }
-
-private:
-    const Model& model_;
-    std::vector<bool> values_;
-};
-
-TEST(BundledNetlists, C17) {
-    const Reading c17 = readFile(bundled("c17.blif"));
-    ASSERT_TRUE(c17.good) << c17.complaint.text;
-    Simulation n(c17.models[0]);
-    for (unsigned in = 0; in < 32; ++in) {
-        unsigned bit = 0;
-        for (const char* name : {"N1", "N2", "N3", "N6", "N7"}) n[name] = (in >> bit++ & 1) != 0;
-        n.run();
-        const bool not11 = !(n["N3"] && n["N6"]);
-        EXPECT_EQ(n["N22"], (n["N1"] && n["N3"]) || (n["N2"] && not11));
-        EXPECT_EQ(n["N23"], (n["N2"] || n["N7"]) && not11);
-    }
-}
-
-// All inputs of the arithmetic logic unit against its table of functions.
-TEST(BundledNetlists, Alu74181) {
-    const Reading alu = readFile(bundled("alu74181.blif"));
-    ASSERT_TRUE(alu.good) << alu.complaint.text;
-    Simulation circuit(alu.models[0]);
-    for (unsigned in = 0; in < 8192; ++in) {
-        const unsigned s = in >> 9, a = in >> 5 & 15, b = in >> 1 & 15, notB = ~b & 15, carry = in & 1;
-        const unsigned logic[16] = {~a,     ~(a | b), ~a & b, 0,     ~(a & b), ~b,       a ^ b, a & notB,
-                                    ~a | b, ~(a ^ b), b,      a & b, 15,       a | notB, a | b, a};
-        // The sums of the arithmetic functions; taking away 1 is adding 15.
-        const unsigned first[16] = {a, a | b, a | notB, 15,    a, a | b, a,        a & notB,
-                                    a, a,     a | notB, a & b, a, a | b, a | notB, a};
-        const unsigned second[16] = {0, 0, 0, 0, a & notB, a & notB, notB, 15, a & b, b, a & b, 15, a, a, a, 15};
-        const unsigned sum = first[s] + second[s];
-        SCOPED_TRACE(testing::Message() << "S " << s << " A " << a << " B " << b << " carry " << carry);
-        circuit.setNibble("A", a), circuit.setNibble("B", b), circuit.setNibble("S", s);
-        circuit["Cn"] = carry == 0;
-        for (const bool isLogic : {true, false}) {
-            circuit["M"] = isLogic;
-            circuit.run();
-            const unsigned result = (isLogic ? logic[s] : sum + carry) & 15;
-            ASSERT_EQ(circuit.nibble("F"), result);
-            ASSERT_EQ(circuit["AeqB"], result == 15);
-        }
-        ASSERT_EQ(circuit["Cn4"], sum + carry < 16);
-        // for the look-ahead unit: the carry out with a carry in, and without
-        ASSERT_EQ(circuit["Y"], sum + 1 >= 16);
-        ASSERT_EQ(circuit["X"] && circuit["Y"], sum >= 16);
-    }
 }
 
 TEST(NetlistReport, OfTheCounter) {
@@ -211,24 +133,6 @@ TEST(BlifReader, SaysWhatIsWrongAndWhere) {
         EXPECT_FALSE(reading.good);
         EXPECT_EQ(reading.complaint.text, row.complaint);
         EXPECT_EQ(reading.complaint.line, row.line);
-    }
-}
-
-TEST(BlifReader, FilesThatCannotBeReadSayWhy) {
-    TestFolder folder;
-    folder.makeFolder("folder.blif");
-    const std::pair<std::string, const char*> rows[] = {
-        {folder.path("missing.blif"), "there is no such file"},
-        {folder.path("none\\missing.blif"), "there is no such file"},
-        {folder.path("folder.blif"), "this is no file"},
-        {folder.path() + "\\", "the file cannot be read"},
-        {std::string(), "the file cannot be read"},
-    };
-    for (const auto& [path, why] : rows) {
-        const Reading reading = readFile(path);
-        EXPECT_FALSE(reading.good);
-        EXPECT_EQ(reading.complaint.text, why) << path;
-        EXPECT_EQ(reading.complaint.line, 0);
     }
 }
 

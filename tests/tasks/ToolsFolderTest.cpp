@@ -43,13 +43,4 @@ TEST(ToolsFolder, IsTheHostsTheSettingsOrTheOneBesideTheProgram) {
     kora::pathsStop();
 }
 
-TEST(ToolsFolder, ListsModuleFilesByNameRegardlessOfCase) {
-    const kora::test::TestFolder folder;
-    for (const char* name : {"b.qzx", "A.QzX", "a2.qzx", "a10.qzx", "C.qzx", "d.qz", "e.qzx.bak", "fqzx"})
-        folder.write(name, "");
-    folder.makeFolder("g.qzx");
-    EXPECT_THAT(kora::moduleFiles(folder.path()), testing::ElementsAre("A.QzX", "a10.qzx", "a2.qzx", "b.qzx", "C.qzx"));
-    EXPECT_THAT(kora::moduleFiles(folder.path("none")), testing::IsEmpty());
-}
-
 }  // namespace
