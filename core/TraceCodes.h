@@ -9,19 +9,17 @@ namespace kora::trace {
 inline constexpr std::uint32_t kModule = 1;
 
 enum File : std::uint32_t {
-    kFileLocation = 8,  // paths/FileLocation.cpp; its codes are 0x48960 and on
-    kDoubleList = 15,   // containers/DoubleList.cpp; 0x4F...
-    kRamArray = 27,     // containers/RamArray.cpp; 0x5B...
-    kCommandLine = 37,  // tasks/CommandLine.cpp
-    kGeometry = 38,     // geometry/
-    kFilePath = 9,      // paths/FilePath.cpp, paths/FileAccess.cpp
+    kStartup = 1,       // core/Startup.cpp
+    kModules = 2,       // tasks/ModuleLoading.cpp, ModuleStart.cpp, ModuleExit.cpp
+    kTimers = 3,        // tasks/Timers.cpp
+    kSettings = 4,      // settings/MainProfile.cpp, ProfileFile.cpp
+    kNotify = 5,        // tasks/Notify.cpp
+    kFileLocation = 8,  // paths/FileLocation.cpp, NameExpansion.cpp
+    kFilePath = 9,      // paths/FilePath.cpp, FileAccess.cpp
     kDirPath = 10,      // paths/DirPath.cpp
-    kStartup = 1,
-    kModules = 2,
-    kTimers = 3,
-    kSettings = 4,
-    kNotify = 5,
-    kErrors = 6,
+    kDoubleList = 15,   // containers/DoubleList.cpp
+    kRamArray = 27,     // containers/RamArray.cpp
+    kCommandLine = 37,  // tasks/CommandLine.cpp
 };
 
 constexpr std::uint32_t code(File file, std::uint32_t location) {
