@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <memory>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "tests/support/VirtualSlot.h"
@@ -27,6 +28,49 @@ TEST(DoubleList, SlotsStandInTheOrderThatModulesAreCompiledAgainst) {
                                          &L::DetachPrev, &L::Detach, &L::DestroyAll, &L::AttachAtHead, &L::AttachAtTail,
                                          &L::AttachBeforeCurrent, &L::AttachAfterCurrent, &L::AttachListAtTail),
               0);
+}
+
+// Writes down every slot that is called, in order.
+struct LoggedList : DoubleList {
+    std::string log;
+    void Reset() override { log += "Reset ", DoubleList::Reset(); }
+    using DoubleList::Next;
+    DoubleListElement* Next() override { return log += "Next ", DoubleList::Next(); }
+    DoubleListElement* Prev() override { return log += "Prev ", DoubleList::Prev(); }
+    bool Detach(DoubleListElement* e) override { return log += "Detach ", DoubleList::Detach(e); }
+    void AttachAtHead(DoubleListElement* e) override { log += "Head ", DoubleList::AttachAtHead(e); }
+    void AttachAtTail(DoubleListElement* e) override { log += "Tail ", DoubleList::AttachAtTail(e); }
+};
+
+TEST(DoubleList, CompositesCallTheOthersThroughTheirSlots) {
+    LoggedList list;
+    auto logged = [&list](auto&& operation) {
+        list.log.clear();
+        operation();
+        return list.log;
+    };
+    Item items[6];
+    EXPECT_EQ(logged([&] { list.AttachAtTail(&items[0]); }), "Tail Head ");
+    EXPECT_EQ(logged([&] { list.AttachBeforeCurrent(&items[1]); }), "Head ");
+    EXPECT_EQ(logged([&] { list.AttachAfterCurrent(&items[2]); }), "Tail Head ");
+    list.GoTo(list.last);
+    EXPECT_EQ(logged([&] { list.AttachAfterCurrent(&items[3]); }), "Tail Head ");
+    EXPECT_EQ(logged([&] { list.AttachBeforeCurrent(&items[4]); }), "");
+    EXPECT_EQ(logged([&] { list.AttachAfterCurrent(&items[5]); }), "");
+    EXPECT_EQ(logged([&] { list.PeekNext(); }), "Next Prev ");
+    EXPECT_EQ(logged([&] { list.PeekPrev(); }), "Prev Next ");
+    EXPECT_EQ(logged([&] { list.GoToIndex(1); }), "Reset Next Next ");
+    EXPECT_EQ(logged([&] { list.DetachNext(); }), "Detach ");
+    list.GoToIndex(1);
+    EXPECT_EQ(logged([&] { list.DetachPrev(); }), "Detach ");
+    EXPECT_EQ(list.count, 4);
+
+    DoubleList plain;
+    EXPECT_EQ(logged([&] { plain.AttachListAtTail(list); }),
+              "Reset Next Detach Next Detach Next Detach Next Detach Next ");
+    EXPECT_EQ(plain.count, 4);
+    EXPECT_EQ(logged([&] { list.AttachListAtTail(plain); }), "Tail Head Tail Head Tail Head Tail Head Reset ");
+    while (list.DetachNext() != nullptr) continue;
 }
 
 // The list as a row of numbers and a place in it, -1 for none.

@@ -62,6 +62,22 @@ TEST(RamArray, ChoosesItsBlocksByTheirWaste) {
     }
 }
 
+TEST(RamArray, KeepsWhatItHasWithinTheSameBlocksAndForMoreThanItCanCount) {
+    RamArray array;
+    EXPECT_TRUE(array.RamAllocate(0));
+    EXPECT_EQ(array.RamGetTypeSize(), 28);
+    ASSERT_TRUE(array.RamAllocate(20));
+    array[24] = 'x';
+    ASSERT_TRUE(array.RamAllocate(25));
+    EXPECT_FALSE(array.RamAllocate(32767UL * 32768 + 1));
+    EXPECT_FALSE(array.RamAllocate(~0UL));
+    EXPECT_EQ(array.RamGetTotalDataLength(), 20);
+    EXPECT_EQ(array[24], 'x');
+    ASSERT_TRUE(array.RamAllocate(0));
+    EXPECT_EQ(array.RamGetNumBlocks(), 0);
+    EXPECT_EQ(array.RamGetTotalDataLength(), 0);
+}
+
 TEST(RamArray, IndexBeyondTheBlocksIsFiledAndReachesNoData) {
     RamArray array;
     auto beyond = [&array](unsigned long index) {

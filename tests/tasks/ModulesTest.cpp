@@ -1,11 +1,15 @@
 #include <gmock/gmock.h>
 
 #include <kora/Err.h>
+#include <kora/File.h>
 #include <kora/Ini.h>
+#include <kora/Str.h>
+#include <kora/Tmr.h>
 #include <kora/Tsk.h>
 
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -43,14 +47,18 @@ private:
 
 class Modules : public testing::Test {
 protected:
-    void SetUp() override {
+    static void SetUpTestSuite() {
+        home = std::make_unique<TestFolder>();
 #if !defined(_WIN32)
-        setenv("HOME", folder_.nativeText().c_str(), 1);
+        setenv("HOME", home->nativeText().c_str(), 1);
         unsetenv("XDG_CONFIG_HOME");
 #endif
+    }
+    static void TearDownTestSuite() { home.reset(); }
+
+    void SetUp() override {
         folder_.makeFolder("tools");
-        folder_.write("ts.ini", "[System]\ntoolfolder = \"" + folder_.nativeText("tools") + "\"\n");
-        ASSERT_TRUE(IniMainFileSet(folder_.nativeText("ts.ini").c_str()));
+        profile("NugPinNameDisplayUp = 7\ntoolfolder = \"" + folder_.nativeText("tools") + '"');
         add("a");
     }
     void TearDown() override {
@@ -58,6 +66,10 @@ protected:
         IniMainFileSet(nullptr);
     }
 
+    void profile(const std::string& system) {
+        folder_.write("ts.ini", "[System]\n" + system + '\n');
+        ASSERT_TRUE(IniMainFileSet(folder_.nativeText("ts.ini").c_str()));
+    }
     void add(const std::string& fixture, std::string as = "") {
         if (as.empty()) as = fixture + ".qzx";
         std::filesystem::copy_file(std::filesystem::path(KORA_FIXTURES) / (fixture + ".qzx"),
@@ -75,6 +87,7 @@ protected:
 
     TestFolder folder_;
     RowOfEvents events_;
+    static inline std::unique_ptr<TestFolder> home;
 };
 
 TEST_F(Modules, GoThroughTheirLifeInNameOrder) {
@@ -88,6 +101,7 @@ TEST_F(Modules, GoThroughTheirLifeInNameOrder) {
                             "> Phase 3 initialization of b", "b: init 3", "> Phase 4 initialization of a", "a: init 4",
                             "> Phase 4 initialization of b", "b: init 4", "> Loading Files ...", "a: init final",
                             "b: init final"));
+    EXPECT_EQ(TskNugPinNameDisplayUp(), 7);
     EXPECT_STREQ(TskKoraModuleGet("b")->TskFileName(), "B.QZX");
     EXPECT_TRUE(TskModulesInitialized());
 
@@ -107,6 +121,30 @@ TEST_F(Modules, GoThroughTheirLifeInNameOrder) {
     ASSERT_NE(Startup(nullptr, nullptr), 0) << "all over again";
     EXPECT_TRUE(TskModuleExists("a"));
     EXPECT_THAT(take(), testing::Contains("b: init final"));
+}
+
+TEST_F(Modules, StringsAndFunctionsAreFoundInTheirLibrary) {
+    ASSERT_NE(Startup(nullptr, nullptr), 0);
+    take();
+    const auto text = [](int id) {
+        char* string = StrRes(TskKoraModuleGet("a"), id);
+        const std::string copy = string != nullptr ? string : "(none)";
+        ::operator delete(string);
+        return copy;
+    };
+    EXPECT_EQ(text(1), "first string");
+    EXPECT_EQ(text(7000), "far away");
+    EXPECT_EQ(text(2), "(none)");
+
+    const unsigned long handle = TskKoraHandleGet("a");
+    const auto answer = reinterpret_cast<int (*)()>(TskKoraConnect(handle, "a", "fixtureAnswer"));
+    ASSERT_NE(answer, nullptr);
+    EXPECT_EQ(answer(), 42);
+    EXPECT_THAT(take(), IsEmpty());
+    EXPECT_EQ(TskKoraConnect(handle, "a", "fixtureSecret"), nullptr);
+    EXPECT_EQ(TskKoraConnect(0, "z", "fixtureAnswer"), nullptr);
+    EXPECT_THAT(take(), ElementsAre("DLL Failure: Couldn't find function 'fixtureSecret' in Kora Module 'a'",
+                                    "DLL Failure: Couldn't find Kora Module 'z'"));
 }
 
 // One that does not behave, in front of one that does.
@@ -179,6 +217,55 @@ TEST_F(Modules, OfOneNameAreBothThereAndTheFirstIsFound) {
     EXPECT_STREQ(TskKoraModuleGet("a")->TskFileName(), "a.qzx");
     delete TskKoraModuleGet("a");
     EXPECT_STREQ(TskKoraModuleGet("a")->TskFileName(), "twin.qzx");
+}
+
+TEST_F(Modules, MayRefuseToQuit) {
+    add("refuses", "0.qzx");
+    ASSERT_NE(Startup(nullptr, nullptr), 0);
+    take();
+    EXPECT_FALSE(TskGetApp()->TskAppQuit() || TskGetApp()->TskAppEnding());
+    EXPECT_THAT(take(), ElementsAre("bad: misbehaves")) << "the first refusal ends the query";
+    ExitInstance();
+    EXPECT_THAT(take(), IsEmpty());
+    EXPECT_TRUE(TskModuleExists("a"));
+    delete TskKoraModuleGet("bad");
+}
+
+TEST_F(Modules, AbsentFromTheirFolderAreMissed) {
+    profile("toolfolder = \"" + folder_.nativeText("empty") + '"');
+    folder_.makeFolder("empty");
+    ASSERT_NE(Startup(nullptr, nullptr), 0);
+    EXPECT_THAT(take(), ElementsAre(testing::MatchesRegex("There are no code modules in the specified tools directory "
+                                                          "'.:\\\\.*\\\\empty'"),
+                                    "> Loading Files ..."));
+    EXPECT_EQ(TskExitCodeGet(), 0);
+}
+
+// An expiry that ends everything returns into its module's library, which so has to be there still.
+class EndsEverything : public TmrTimer {
+public:
+    EndsEverything() : TmrTimer(TmrTypeIdle) { TmrStart(); }
+    bool TmrExpiry() override {
+        const auto call = answer_;
+        EXPECT_TRUE(TskExitKoraQuery());
+        TskExit();  // deletes this timer too
+        EXPECT_EQ(call(), 42);
+        return false;
+    }
+
+private:
+    int (*answer_)() = reinterpret_cast<int (*)()>(TskKoraConnect(TskKoraHandleGet("a"), "a", "fixtureAnswer"));
+};
+
+TEST_F(Modules, ThatHaveGoneAreStillLoadedWhileTheyRunAndAreNotAskedAboutTheirErrors) {
+    ASSERT_NE(Startup(nullptr, nullptr), 0);
+    ErrSet(TskKoraModuleGet("a"), 5, 1, nullptr);
+    new EndsEverything;
+    Idle(0);
+    EXPECT_FALSE(TskModulesInitialized());
+    take();
+    EXPECT_TRUE(ErrReport());
+    EXPECT_THAT(take(), ElementsAre("Unknown error occurred. Kora Module ''  Location 0x1 (1)  Reference 0x0 (0)"));
 }
 
 }  // namespace
