@@ -7,7 +7,6 @@
 
 #include "paths/DirectoryScan.h"
 #include "tests/paths/PathsTest.h"
-#include "tests/support/RecordedPresenter.h"
 
 namespace kora::test {
 
@@ -94,23 +93,6 @@ TEST(DirStringSet, AgreesWithAModelOfParts) {
     }
 }
 
-TEST(DirDisplayGet, CapitalizesPartsOfLowerCaseLettersOnly) {
-    for (const char* row :
-         {"c:\\projects | c:\\Projects", "c:\\my files\\notes2\\Docs\\x | c:\\my files\\notes2\\Docs\\X",
-          "\\\\server\\a-b\\ | \\\\Server\\a-b\\", "lib\\\xE4 | Lib\\\xE4", "c:\\aZ\\z | c:\\aZ\\Z"}) {
-        DirPath dir(columns(row)[0].c_str());
-        EXPECT_EQ(dir.DirDisplayGet(), columns(row)[1]);
-        EXPECT_EQ(dir.DirStringGet(), columns(row)[1]) << "the stored text is the one that changes";
-    }
-    EXPECT_EQ(DirPath().DirDisplayGet(), nullptr);
-}
-
-TEST(DirCompare, RegardsNoCase) {
-    DirPath a("c:\\Dir"), b("C:\\dIR"), c("c:\\dir2"), none, none2;
-    EXPECT_TRUE(a.DirCompare(&b) && none.DirCompare(&none2));
-    EXPECT_FALSE(a.DirCompare(&c) || a.DirCompare(nullptr) || a.DirCompare(&none) || none.DirCompare(&a));
-}
-
 class SharedDirectories : public PathsTest {};
 
 TEST_F(SharedDirectories, ArePointedAtAndNeverFreedOrChangedByOneDirectory) {
@@ -131,40 +113,6 @@ TEST_F(SharedDirectories, ArePointedAtAndNeverFreedOrChangedByOneDirectory) {
     pathsStop();
     EXPECT_TRUE(a.DirStringSet("sub")) << "the texts outlive shut-down";
     EXPECT_EQ(a.DirStringGet(), path("temporary\\sub"));
-}
-
-TEST_F(SharedDirectories, KnowTheirPlaces) {
-    using D = DirPath;
-    bool (D::*const inits[])() = {&D::DirInitStartIn, &D::DirInitExecutable, &D::DirInitOSBase,    &D::DirInitTemporary,
-                                  &D::DirInitDocRoot, &D::DirInitAppData,    &D::DirInitPublicData};
-    const char* const own[] = {"work",
-                               "program",
-                               "system",
-                               "temporary",
-                               "documents",
-                               "userdata\\Veltrane\\Tessera5",
-                               "shareddata\\Veltrane\\Tessera5"};
-    DirPath dir;
-    for (std::size_t i = 0; i < std::size(inits); ++i) {
-        EXPECT_TRUE((dir.*inits[i])());
-        EXPECT_EQ(dir.DirStringGet(), path(own[i]));
-    }
-    // What the system does not name, or names too long, leaves the old value.
-    for (const char* name : {"documents", "userdata", "shareddata", "system", "temporary", "work"})
-        places.instead[name] = "";
-    places.instead["program"] = "c:\\" + std::string(252, 'x');
-    pathsStop();
-    dir = DirPath("c:\\old");
-    for (const auto init : inits) EXPECT_FALSE((dir.*init)());
-    EXPECT_STREQ(dir.DirStringGet(), "c:\\old");
-
-    places.variables = {{"TEMP", "c:\\one"}, {"TMP", "c:\\two"}};
-    pathsStop();
-    EXPECT_TRUE(dir.DirInitTemporary());
-    EXPECT_STREQ(dir.DirStringGet(), "c:\\one");
-    places.variables["TEMP"] = "";
-    pathsStart();
-    EXPECT_STREQ(dir.DirStringGet(), "c:\\two") << "the shared text itself was filled afresh";
 }
 
 class Enumeration : public PathsTest {
@@ -189,21 +137,8 @@ TEST_F(Enumeration, FiltersAndSorts) {
     EXPECT_EQ(list("*.*", "", true, true), "A.txt ab.txt.bak b.TXT c.qzx readme sub.txt");
     EXPECT_EQ(list("*", "*", false, true), "sub.txt");
     EXPECT_EQ(list("*.TXT", nullptr, true, true), "A.txt b.TXT sub.txt");
-    EXPECT_EQ(list("?", ".txt", true, false), "A.txt b.TXT");
     EXPECT_EQ(list("*B.t*", "", true, false), "ab.txt.bak b.TXT");
-    EXPECT_EQ(list("README", nullptr, true, false), "readme");
-    EXPECT_EQ(list("*", "t", true, true) + list("*", nullptr, false, false), "");
-    EXPECT_EQ(DirPath().DirFileFirst("*", nullptr, true, true), nullptr);
     EXPECT_EQ(DirPath(path("missing").c_str()).DirFileFirst("*", nullptr, true, true), nullptr);
-
-    // It goes on over its directory until it is closed.
-    DirPath dir(path("work").c_str());
-    std::unique_ptr<FilePath> hit(dir.DirFileFirst("*", nullptr, true, true));
-    dir.DirStringSet(path("system").c_str());
-    hit.reset(dir.DirFileNext());
-    EXPECT_EQ(hit ? hit->FileStringGet() : "", path("work\\ab.txt.bak"));
-    dir.DirFileClose();
-    EXPECT_EQ(dir.DirFileNext(), nullptr);
 }
 
 bool matchesLiterally(const char* name, const char* pattern) {
@@ -221,31 +156,6 @@ TEST(Wildcards, AgreeWithTheRuleTakenLiterally) {
         ASSERT_EQ(matchesWildcards(name, pattern), matchesLiterally(name.c_str(), pattern.c_str()))
             << name << " ~ " << pattern;
     }
-}
-
-class DirectoryOnDisk : public PathsTest {};
-
-TEST_F(DirectoryOnDisk, IsMadeFoundRemovedAndChosen) {
-    DirPath dir(path("work\\new\\").c_str()), file(path("work\\new\\file").c_str()), deep(path("work\\x\\y").c_str()),
-        none;
-    EXPECT_FALSE(dir.DirExists() || dir.DirDelete());
-    EXPECT_TRUE(dir.DirCreate() && dir.DirExists());
-    EXPECT_FALSE(dir.DirReadOnly());
-    EXPECT_FALSE(dir.DirCreate()) << "it is there";
-    places.folder.write("work/new/file", "x");
-    EXPECT_FALSE(dir.DirDelete()) << "it holds something";
-    EXPECT_FALSE(file.DirExists()) << "a file is no directory";
-    EXPECT_FALSE(deep.DirCreate()) << "one level only";
-    EXPECT_FALSE(none.DirExists() || none.DirCreate() || none.DirDelete() || none.DirReadOnly());
-    EXPECT_EQ(dir.GetFilePathInDir("f.x"), path("work\\new\\f.x"));
-    EXPECT_EQ(none.GetFilePathInDir("f.x"), "f.x");
-
-    RecordedPresenter user;
-    EXPECT_FALSE(deep.DirDialogOpen(nullptr));
-    user.chosen = "c:\\new";
-    EXPECT_TRUE(deep.DirDialogOpen("Where to?"));
-    EXPECT_STREQ(deep.DirStringGet(), "c:\\new");
-    EXPECT_EQ(user.asked.at(1).prompt + user.asked[1].path, "Where to?" + path("work\\x\\y"));
 }
 
 }  // namespace

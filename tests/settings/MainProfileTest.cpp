@@ -1,11 +1,9 @@
-#include <kora/File.h>
 #include <kora/Ini.h>
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "paths/ProfileEntry.h"
 #include "tests/settings/StoreFixture.h"
 
 namespace {
@@ -27,13 +25,6 @@ TEST_F(MainProfile, IsTheSearchsFirstHitElseInTheDocumentRoot) {
     EXPECT_TRUE(IniSetString(eIniMain, "S", "k", "1"));
     EXPECT_EQ(files.read(kMain), "[S]\nk = 1\n");
     EXPECT_EQ(k(), "(not found)") << "it is read back only when it is read again";
-    // The switch that has documents searched makes it found under its name, too.
-    FilePath found;
-    EXPECT_FALSE(FileLocateFile("ts.ini", found, false));
-    FileDocRootSearchSet(true);
-    EXPECT_TRUE(FileLocateFile("ts.ini", found, false));
-    FileDocRootSearchSet(false);
-    EXPECT_EQ(found.FileStringGet(), files.path("documents\\ts.ini"));
     kora::settingsStop();
     EXPECT_EQ(k(), "1");
     EXPECT_TRUE(IniSetString(eIniMain, "s", "K", "2")) << "sections of the file are found without case";
@@ -45,29 +36,6 @@ TEST_F(MainProfile, IsTheSearchsFirstHitElseInTheDocumentRoot) {
         kora::settingsStop();
         EXPECT_EQ(k(), place);
     }
-}
-
-TEST_F(MainProfile, CanBeNamed) {
-    main("[S]\nk = usual\n");
-    files.makeFolder("work/sub");
-    files.write("work/sub/own.ini", "[S]\nk = own\n");
-    for (const std::string& name : {files.path("work\\sub\\own.ini"), files.nativeText("work/sub/own.ini"),
-                                    std::string("sub\\own.ini"), std::string("sub/own.ini")}) {
-        SCOPED_TRACE(name);
-        EXPECT_TRUE(IniMainFileSet(name.c_str()));
-        EXPECT_EQ(k(), "own");
-        kora::settingsStop();  // it stays named
-        for (const std::string& refused : {std::string(), std::string("sub\\"), std::string(300, 'x'),
-                                           std::string("QZNEW96.ert"), std::string("sub\\qzold96.ERT")})
-            EXPECT_FALSE(IniMainFileSet(refused.c_str())) << refused;
-        EXPECT_EQ(k(), "own");
-        EXPECT_TRUE(IniMainFileSet(nullptr));
-        EXPECT_EQ(k(), "usual");
-    }
-    EXPECT_TRUE(IniMainFileSet("missing.ini"));
-    EXPECT_EQ(k(), "(not found)");
-    EXPECT_TRUE(IniSetString(eIniMain, "S", "k", "made"));
-    EXPECT_EQ(files.read("work/missing.ini"), "[S]\nk = made\n");
 }
 
 TEST_F(MainProfile, PutsTheStateFileIntoTheSystemsDirectory) {
@@ -98,43 +66,8 @@ TEST_F(MainProfile, MergesTheFilesOfItsFolderInNameOrder) {
     files.write("documents/b/c.ini", "[System]\nIncludeFolder = ..\n[S]\nc = 1\n");
     main("[System]\nIncludeFolder = a\n[S]\nk = 1\n");
     EXPECT_EQ(entries(), "k=1 a=1 b=1 c=1 ");
-}
-
-TEST_F(MainProfile, IncludesFoldersByReferenceAndByPath) {
-    files.makeFolder("shareddata/common");
-    files.write("shareddata/common/a.ini", "[S]\nk = shared\n");
-    const std::string common = files.path("shareddata\\common");
-    places.variables["COMMON"] = common;
-    for (const std::string& folder :
-         {std::string("%COMMON%"), std::string("%ini:common%"), common + "\\", std::string("..\\shareddata\\common")}) {
-        main("[Directories]\nCommon = " + common + "\n[System]\nIncludeFolder = " + folder + "\n");
-        EXPECT_EQ(k(), "shared") << folder;
-    }
-    std::string directory = "untouched";
-    EXPECT_FALSE(kora::profileDirectory("none", directory) || directory != "untouched");
-    TraceToFileSet(true);
-    files.write(kLog, "");
-    main("[System]\nIncludeFolder = .\n");
     main("[System]\nIncludeFolder = nowhere\n[S]\nk = 1\n");
-    EXPECT_EQ(k(), "1");
-    const std::string main = "LoadIniFileInt: " + files.path("documents\\ts.ini") + "\n";  // each file once
-    EXPECT_EQ(files.read(kLog),
-              main + main + "LoadIniFileInt: " + files.path("documents\\nowhere") + ": no such folder\n");
-}
-
-TEST_F(MainProfile, ReadsHostileFiles) {
-    // a directory in its place
-    files.makeFolder(kMain);
-    EXPECT_EQ(k(), "(not found)");
-    EXPECT_FALSE(IniSetString(eIniMain, "S", "k", "1"));
-    EXPECT_TRUE(files.has(kMain));
-    // no place at all
-    kora::settingsStop();
-    places.instead = {{"documents", ""}, {"userdata", ""}};
-    for (const eIniFile file : {eIniMain, eIniState}) {
-        EXPECT_EQ(get(file, "S", "k"), "(not found)");
-        EXPECT_FALSE(IniSetString(file, "S", "k", "1"));
-    }
+    EXPECT_EQ(entries(), "k=1 ");
 }
 
 TEST_F(MainProfile, ReadsAHundredThousandLines) {
