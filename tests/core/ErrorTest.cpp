@@ -10,6 +10,7 @@
 #include "tests/support/RecordedPresenter.h"
 
 using kora::test::RecordedPresenter;
+using testing::ElementsAre;
 
 namespace {
 
@@ -18,7 +19,12 @@ eTskKoraModule ignoredStatus;
 class Module : public TskKoraModule {
 public:
     explicit Module(const char* name) : TskKoraModule(ignoredStatus, name, false, false) {}
+    const char* TskKoraName() override {
+        ++asked;
+        return TskKoraModule::TskKoraName();
+    }
     bool TskErrHandler() override { return handles; }
+    int asked = 0;
     bool handles = false;
 };
 
@@ -36,10 +42,20 @@ struct Error : testing::Test {
 TEST_F(Error, TheFirstOneWins) {
     EXPECT_FALSE(ErrSet(&module, 5, 0x12, reference));
     EXPECT_TRUE(ErrSet(nullptr, 6, 7, nullptr));
+    EXPECT_EQ(module.asked, 1);
     EXPECT_EQ(reported(), "Unknown error occurred. Kora Module 'Sim'  Location 0x12 (18)  Reference 0x12 (18)");
     EXPECT_EQ(user.alerts.back().style, 0x30u);
     EXPECT_FALSE(ErrReport());
     EXPECT_EQ(user.alerts.size(), 1u);
+
+    TskKoraModule* who = nullptr;
+    long number = 0, location = 0;
+    void* what = nullptr;
+    EXPECT_FALSE(ErrGet(who, number, location, what));  // the reported error stays readable
+    EXPECT_EQ(who, &module);
+    EXPECT_EQ(number, 5);
+    EXPECT_EQ(location, 0x12);
+    EXPECT_EQ(what, reference);
 }
 
 TEST_F(Error, NumbersChooseTheTextUnlessTheModuleDealsWithIt) {
@@ -81,6 +97,10 @@ TEST_F(Error, LongNamesAreCutAt1023Characters) {
     Module loud(std::string(5000, 'n').c_str());
     ErrSet(&loud, 5, 1, nullptr);
     EXPECT_EQ(reported().size(), 1023u);
+    TskError("%s", std::string(3000, 'x').c_str());
+    EXPECT_EQ(user.alerts.back().text, std::string(1023, 'x'));
+    TskFatal("%s", std::string(3000, 'x').c_str());
+    EXPECT_EQ(user.alerts.size(), 2u);  // silent
 }
 
 TEST_F(Error, BoxesMapIconsButtonsAndAnswers) {
@@ -101,7 +121,9 @@ TEST_F(Error, BoxesMapIconsButtonsAndAnswers) {
     }
     user.answer = 1219;
     EXPECT_EQ(MsgAlert(MsgIconNone, MsgButtonContinueAlert, 0, "", "go on?"), MsgReturnContinueFirst);
-    EXPECT_THAT(user.continueAlerts, testing::ElementsAre("go on?"));
+    user.answer = 1220;
+    EXPECT_EQ(MsgAlert(MsgIconNone, MsgButtonContinueAlert, 0, "", "go on?"), MsgReturnContinueSecond);
+    EXPECT_THAT(user.continueAlerts, ElementsAre("go on?", "go on?"));
 }
 
 TEST(Fault, IsTracedAndTheWorstIsKept) {
@@ -110,19 +132,28 @@ TEST(Fault, IsTracedAndTheWorstIsKept) {
     unsigned long code = 0;
     void* data = nullptr;
     int textId = 0;
+    ERR(eErrorLevel(3), 1, 0x25, 520, &thing, 0);
+    EXPECT_EQ(kora::traceRing.count, 3u);
+    EXPECT_EQ(kora::traceRing.words[0], 3u << 28 | 1u << 24 | 1u << 18 | 0x25u << 12 | 520u);
+    EXPECT_EQ(kora::traceRing.words[1], static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(&thing)));
+    EXPECT_EQ(kora::traceRing.words[2], 0u);
+    EXPECT_EQ(LastTrace(), kora::traceRing.words[0]);
+
+    EXPECT_TRUE(ErrSevereGet(code, data, textId));
+    EXPECT_EQ(code, 3ul << 28 | 1ul << 18 | 0x25ul << 12 | 520ul);
+    EXPECT_EQ(data, &thing);
     const auto severest = [&] {
         EXPECT_TRUE(ErrSevereGet(code, data, textId));
         return code;
     };
-    ERR(eErrorLevel(3), 1, 0x25, 520, &thing, 0);
-    EXPECT_EQ(kora::traceRing.words[0], 3u << 28 | 1u << 24 | 1u << 18 | 0x25u << 12 | 520u);
-    EXPECT_EQ(kora::traceRing.words[1], static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(&thing)));
-    EXPECT_EQ(severest(), 3ul << 28 | 1ul << 18 | 0x25ul << 12 | 520ul);
     ERR(eErrorLevel(2), 1, 1, 1, nullptr, 1279);  // milder
     EXPECT_EQ(severest() & 0xFFF, 520u);
-    ERR(eErrorLevel(3), 1, 2, 7, nullptr, 1279);  // equally bad, newer
+    ERR(eErrorLevel(3), 1, 2, 7, nullptr, 1279);  // equally bad, newer; the text is there
     EXPECT_EQ(severest() & 0xFFF, 7u);
     EXPECT_EQ(textId, 1279);
+    ERR(eErrorLevel(15), 0x1FF, 0x7F, 0x1FFF, nullptr, 4711);  // fields spill; the text is not there
+    EXPECT_EQ(severest(), static_cast<std::uint32_t>(((15ul << 10 | 0x1FF) << 6 | 0x7F) << 12 | 0x1FFF));
+    EXPECT_EQ(textId, 0);
 }
 
 }  // namespace

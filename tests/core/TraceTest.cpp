@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <kora/Err.h>
 #include <kora/Trace.h>
 
 #include <algorithm>
@@ -12,6 +13,7 @@
 
 using kora::test::RecordedPresenter;
 using kora::test::ScopedPlaces;
+using testing::ElementsAre;
 
 namespace {
 
@@ -68,30 +70,51 @@ TEST_F(Trace, WritesOnlyWhenSwitchedOnOrForced) {
     EXPECT_EQ(log(), "ab\nc\n\n");
 }
 
-TEST_F(Trace, DatesNotesBesideTheProgramWithoutDocuments) {
+TEST_F(Trace, DatesNotesAndFindsAPlaceForThem) {
     places.instead["documents"] = "";
     TraceNoteDate("Hello!", true);
     const std::string note = places.folder.read("program/ts_error_log.txt");
     EXPECT_TRUE(
         std::regex_match(note, std::regex("[A-Z][a-z]{2} [0-3]\\d, \\d{4} - [0-2]\\d:[0-5]\\d:[0-6]\\d - Hello!\n")))
         << note;
+    places.instead.clear();
+    places.folder.makeFolder("documents/ts_error_log.txt");  // no log can be written there
+    TraceNote("x", "", true);
+    TraceDump("x", true);
 }
 
 TEST_F(Trace, TheTriggerDumpsWhileTracingToFile) {
-    TraceTriggerSet(5);
-    TraceCode(5);
+    TraceTriggerSet(2);
+    TraceCode(1);
+    TraceCode(2);
     EXPECT_FALSE(hasLog());
     TraceToFileSet(true);
-    TraceData(5);  // data is no code
+    TraceData(3);  // data is no code
+    TraceCode(4);
     EXPECT_FALSE(hasLog());
-    for (const int code : {3, 4, 5}) TraceCode(static_cast<unsigned long>(code));
-    EXPECT_TRUE(log().starts_with("$STARTDUMP(5)\n"));
+    TraceTriggerSet(5);
+    TraceCode(5);
+    EXPECT_EQ(log(), dumpOf(5, "$STARTDUMP(5)"));
+    TraceRecordSet(false);
+    TraceCode(5);
+    TraceData(6);
+    EXPECT_EQ(LastTrace(), 5u);
+    EXPECT_EQ(log(), dumpOf(5, "$STARTDUMP(5)"));
 }
 
 TEST_F(Trace, ExceptionsAreShownOnceWhenSuppressed) {
-    RecordedPresenter user;
+    struct Chatty : RecordedPresenter {
+        void ErrorDialog(const char* text, bool& suppress) override {
+            recording = TraceRecordGet();
+            RecordedPresenter::ErrorDialog(text, suppress);
+            if (throws) throw 1;
+        }
+        bool recording = true, throws = false;
+    } user;
     TraceCode(0xABC);
     TraceException("Exception in a test");
+    EXPECT_FALSE(user.recording);
+    EXPECT_TRUE(TraceRecordGet());
     user.suppressNext = true;
     TraceException("Exception in a test");
     TraceException("Exception in a test");
@@ -99,10 +122,12 @@ TEST_F(Trace, ExceptionsAreShownOnceWhenSuppressed) {
     const std::string rest =
         ", location abc)  -  Save your work under a different name and exit and restart the program as soon as "
         "possible.";
-    EXPECT_THAT(user.errors, testing::ElementsAre("Internal Error (Exception in a test" + rest,
-                                                  "Internal Error (Exception in a test" + rest,
-                                                  "Internal Error (Undefined exception" + rest));
-    TraceException(std::string(4000, 'x').c_str());
+    EXPECT_THAT(user.errors,
+                ElementsAre("Internal Error (Exception in a test" + rest, "Internal Error (Exception in a test" + rest,
+                            "Internal Error (Undefined exception" + rest));
+    EXPECT_FALSE(hasLog());
+    user.throws = true;
+    EXPECT_THROW(TraceException(std::string(4000, 'x').c_str()), int);
     EXPECT_EQ(user.errors.back().size(), 1023u);
     EXPECT_TRUE(TraceRecordGet());
 }
