@@ -1,14 +1,35 @@
 #include <kora/Dir.h>
 #include <kora/File.h>
+#include <kora/Trace.h>
 
 #include <algorithm>
 
+#include "platform/Platform.h"
 #include "settings/Store.h"
 #include "tests/paths/PathsTest.h"
 
 namespace kora::test {
 
 namespace {
+
+/// Counts the questions to the file system.
+class CountedQuestions : public platform::FileSystem {
+public:
+    CountedQuestions() : before_(platform::fileSystemSet(this)) {}
+    ~CountedQuestions() override { platform::fileSystemSet(before_); }
+    bool kind(const std::string& path, platform::FileKind& kind, platform::Failure& failure) override {
+        ++count;
+        return FileSystem::kind(path, kind, failure);
+    }
+    bool status(const std::string&, platform::FileStatus&, platform::Failure&) override { return ++count < 0; }
+    bool list(const std::string&, std::vector<platform::DirectoryEntry>&, platform::Failure&) override {
+        return ++count < 0;
+    }
+    int count = 0;
+
+private:
+    platform::FileSystem* before_;
+};
 
 class FileLocation : public PathsTest {
 protected:
@@ -44,6 +65,23 @@ TEST_F(FileLocation, FollowsTheFixedOrder) {
     makeFiles({"path2/t.exe", "path2/t.com", "path2/t.BAT", "path2/t.cmd", "path2/t.txt", "path2/exe"});
     for (const char* name : {"t.exe", "t.com", "t.BAT", "t.cmd"}) EXPECT_NE(locate(name), "(none)") << name;
     for (const char* name : {"t.txt", "exe", "", "missing.exe"}) EXPECT_EQ(locate(name), "(none)") << name;
+    TraceRecordSet(true);
+    locate("missing");
+    EXPECT_EQ(LastTrace(), 0x48A00u);
+    pathsStop();
+    EXPECT_EQ(rememberedWorkingDirectory(), "");
+}
+
+TEST_F(FileLocation, FindsAFullPathOnlyWhereItStands) {
+    places.folder.makeFolder("work/server/share");
+    places.folder.makeFolder("work/directory.x");
+    makeFiles({"system/x.txt", "work/server/share/x.txt"});
+    EXPECT_EQ(locate(path("system\\x.txt")), path("system\\x.txt"));
+    EXPECT_EQ(locate(path("work\\x.txt")), "(none)");
+    EXPECT_EQ(locate("\\\\server\\share\\x.txt"), path("work\\server\\share\\x.txt")) << "a relative name";
+    EXPECT_EQ(locate("server\\\\share\\x.txt"), "(none)") << "a full path by its two backslashes";
+    EXPECT_EQ(locate("..\\work\\server\\.\\share\\x.txt"), path("work\\server\\share\\x.txt"));
+    EXPECT_EQ(locate("directory.x"), "(none)");
 }
 
 TEST_F(FileLocation, ExpandsReferences) {
@@ -79,11 +117,22 @@ TEST_F(FileLocation, LooksInExplicitDirectoriesFirst) {
     EXPECT_EQ(shown(found), path("path2\\x.txt"));
     EXPECT_TRUE(FileLocateFile(path("path1").c_str(), dirs, "x.txt", found, true));
     EXPECT_EQ(shown(found), path("path1\\x.txt"));
+    EXPECT_TRUE(FileLocateFile("", dirs, "w.txt", found, true));
+    EXPECT_EQ(shown(found), path("work\\w.txt"));
     EXPECT_FALSE(FileLocateFile(nullptr, dirs, "missing", found, true) || FileLocateFile(dirs, nullptr, found, true));
-    EXPECT_EQ(shown(found), path("path1\\x.txt")) << "not finding leaves the result alone";
+    EXPECT_FALSE(FileLocateFile(nullptr, found, true));
+    EXPECT_EQ(shown(found), path("work\\w.txt")) << "not finding leaves the result alone";
     dirs = {places.folder.nativeText("path1")};
     EXPECT_TRUE(FileLocateFile(dirs, "x.txt", found, true)) << "a native directory";
     EXPECT_EQ(shown(found), path("path1\\x.txt"));
+    dirs = {std::string(300, 'd'), path("work") + std::string(254 - path("work").size(), '\\')};
+    EXPECT_TRUE(FileLocateFile(dirs, "w.txt", found, true)) << "overlong directories are skipped";
+
+    dirs.assign(5, path("system"));
+    dirs.push_back(path("path2"));
+    CountedQuestions questions;
+    EXPECT_TRUE(FileLocateFile(dirs, "x.txt", found, false));
+    EXPECT_EQ(questions.count, 6) << "one for each directory";
 }
 
 TEST_F(FileLocation, CollectsEveryMatchOnce) {
@@ -94,8 +143,24 @@ TEST_F(FileLocation, CollectsEveryMatchOnce) {
     FileLocateFile("x.txt", dirs, path("path1").c_str(), results, false);
     EXPECT_EQ(results,
               (CStringArray{"kept", "c:\\y", path("path1\\x.txt"), path("work\\x.txt"), path("program\\x.txt")}));
+    FileLocateFile(nullptr, dirs, nullptr, results, false);
+    EXPECT_EQ(results.size(), 5u);
     FileLocateFile("x.txt", dirs, nullptr, dirs, false);  // one array for both
     EXPECT_EQ(dirs.size(), 6u) << "three directories, one of which stood there twice, and three matches";
+}
+
+TEST_F(FileLocation, ListsTheSearchDirectoriesOnce) {
+    CStringArray dirs = {"before"};
+    FileGetSearchDirs(dirs);
+    EXPECT_EQ(dirs, (CStringArray{"before", path("documents"), path("userdata\\Veltrane\\Tessera5"), path("program")}));
+    places.instead["documents"] = path("USERDATA\\veltrane\\tessera5");
+    places.instead["program"] = path("userdata\\Veltrane\\TESSERA5");
+    pathsStart();
+    dirs.clear();
+    FileGetSearchDirs(dirs);
+    EXPECT_EQ(dirs, CStringArray{path("USERDATA\\veltrane\\tessera5")});
+    FileGetProgramDir(dirs[0]);
+    EXPECT_EQ(dirs[0], path("userdata\\Veltrane\\TESSERA5"));
 }
 
 }  // namespace

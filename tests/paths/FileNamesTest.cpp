@@ -8,6 +8,13 @@ namespace kora::test {
 
 namespace {
 
+TEST(FileMakeFriendlyName, IsTheNameWithoutDirectoryAndType) {
+    for (const char* row : {"plain | plain", "a.b.txt | a.b", "c:\\d.x\\name | name", "c:\\d\\n.t.x | n.t",
+                            "c:\\d\\ | ", "c:\\d\\.x | ", "d/name.txt | d/name", " | "})
+        EXPECT_EQ(FileMakeFriendlyName(columns(row)[0].c_str()), columns(row)[1]) << row;
+    EXPECT_EQ(FileMakeFriendlyName(nullptr), "");
+}
+
 TEST(FileMakeLimitedName, ShortensTheDirectoryThenTheName) {
     // exactly the limit, one over, and then with hardly any room
     for (const char* row :

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <functional>
 #include <random>
 #include <string>
 
@@ -19,6 +21,7 @@
 namespace {
 
 using kora::platform::Cause;
+using kora::platform::Failure;
 using kora::test::FileFault;
 using testing::AnyOf;
 
@@ -34,6 +37,33 @@ protected:
     }
     static bool set() { return IniSetString(eIniState, "Frame", "Zoomed", "True"); }
     bool leftovers() const { return files.has(kStateScratch) || files.has(kStateBackup); }
+    std::filesystem::path file() const { return files.native() / kState; }
+};
+
+/// Asks ahead of every operation on a file whether it may be; anything but Cause::none is its failure.
+class Watched : public kora::platform::FileSystem {
+public:
+    using Hook = std::function<Cause(std::string_view operation, const std::string& path)>;
+    explicit Watched(Hook before) : hook_(std::move(before)), before_(kora::platform::fileSystemSet(this)) {}
+    ~Watched() override { kora::platform::fileSystemSet(before_); }
+
+    bool read(const std::string& path, std::string& bytes, Failure& failure) override {
+        return may("read", path, failure) && FileSystem::read(path, bytes, failure);
+    }
+    bool link(const std::string& from, const std::string& to, Failure& failure) override {
+        return may("link", from, failure) && FileSystem::link(from, to, failure);
+    }
+    bool rename(const std::string& from, const std::string& to, Failure& failure) override {
+        return may("rename", from, failure) && FileSystem::rename(from, to, failure);
+    }
+
+private:
+    bool may(std::string_view operation, const std::string& path, Failure& failure) {
+        failure = {hook_(operation, path), 5};
+        return failure.cause == Cause::none;
+    }
+    Hook hook_;
+    FileSystem* before_;
 };
 
 // Whichever file operation fails, once or, as when the process ends there, with all that follow, the file is whole: its
@@ -66,21 +96,103 @@ TEST_F(FileSwap, EveryFaultLeavesAWholeFile) {
             }
 }
 
-TEST_F(FileSwap, ADirectoryInItsPlaceStays) {
-    files.makeFolder(std::string(kState) + "/sub");
+TEST_F(FileSwap, OthersAtWorkOnTheFileAreTakenAsTheyCome) {
+    struct Row {
+        const char* what;
+        Watched::Hook meanwhile;
+        bool answer;
+        const char* after;
+    };
+    const auto isScratch = [](const std::string& path) { return path.ends_with("qznew96.ert"); };
+    const Row rows[] = {
+        {"one that cannot be opened is never emptied",
+         [](auto operation, auto&) { return operation == "read" ? Cause::denied : Cause::none; }, false, kOld},
+        {"one that is held longer is not waited for without end",
+         [](auto operation, auto&) { return operation == "read" ? Cause::busy : Cause::none; }, false, kOld},
+        {"one that is taken away comes back new",
+         [&](auto operation, auto&) {
+             if (operation == "link") std::filesystem::remove(file());
+             return Cause::none;
+         },
+         true, kNew},
+        {"one that is taken away at the last step gets its old text back",
+         [&](auto operation, auto& path) {
+             if (operation != "rename" || !isScratch(path)) return Cause::none;
+             std::filesystem::remove(file());
+             return Cause::denied;
+         },
+         true, kOld},
+        {"a directory in its place stays, and the trace has it",
+         [&](auto operation, auto&) {
+             if (operation == "link" && std::filesystem::remove(file())) std::filesystem::create_directory(file());
+             return Cause::none;
+         },
+         true, "(directory)"},
+    };
+    TraceToFileSet(true);
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.what);
+        startWith(kOld);
+        Watched watched(row.meanwhile);
+        EXPECT_EQ(set(), row.answer);
+        EXPECT_EQ(std::filesystem::is_directory(file()) ? "(directory)" : state(), row.after);
+        EXPECT_FALSE(leftovers());
+    }
     EXPECT_FALSE(set());
-    EXPECT_TRUE(files.has(std::string(kState) + "/sub") && !leftovers());
+    EXPECT_THAT(files.read(kLog),
+                testing::HasSubstr("IniSetString: '" + files.path("userdata\\Veltrane\\Tessera5\\tsstate.ini") +
+                                   "' keeps its old text: "));
 }
 
 TEST_F(FileSwap, AMissingFileTakesItsBackupBack) {
     files.makeFolder(kStateFolder);
     files.write(kStateBackup, kOld);
+    {
+        Watched watched([](auto operation, auto&) { return operation == "rename" ? Cause::denied : Cause::none; });
+        EXPECT_EQ(get(eIniState, "Frame", "Zoomed"), "(not found)");
+        EXPECT_FALSE(set()) << "the backup would be lost";
+        EXPECT_FALSE(files.has(kState));
+    }
+    kora::settingsStop();
     EXPECT_EQ(get(eIniState, "Frame", "Zoomed"), "False");
     EXPECT_EQ(state(), kOld);
     EXPECT_FALSE(leftovers());
+
+    // A backup beside a file that is there is none of its business, and a directory is nobody's backup.
+    startWith(kOld);
+    files.write(kStateBackup, "[Frame]\nZoomed = older\n");
+    EXPECT_EQ(get(eIniState, "Frame", "Zoomed"), "False");
+    kora::settingsStop();
+    files.write("documents/qzold96.ert", "[S]\nk = 1\n");
+    EXPECT_EQ(get(eIniMain, "S", "k"), "1");
+    EXPECT_TRUE(files.has(kMain));
+    files.makeFolder("work/qzold96.ert");
+    EXPECT_TRUE(IniMainFileSet(files.path("work\\own.ini").c_str()));
+    EXPECT_FALSE(files.has("work/own.ini"));
 }
 
 #if !defined(_WIN32)
+
+TEST_F(FileSwap, AFileKeepsItsPermissionsAndALinkItsTarget) {
+    namespace fs = std::filesystem;
+    startWith(kOld);
+    files.makeFolder("elsewhere");
+    fs::rename(file(), files.native() / "elsewhere/real");
+    fs::permissions(files.native() / "elsewhere/real", fs::perms(0640));
+    fs::create_symlink("../../../elsewhere/real", file());
+    EXPECT_TRUE(set());
+    EXPECT_TRUE(fs::is_symlink(file()));
+    EXPECT_EQ(files.read("elsewhere/real"), kNew);
+    EXPECT_EQ(fs::status(file()).permissions(), fs::perms(0640));
+    EXPECT_EQ(std::distance(fs::directory_iterator(files.native() / "elsewhere"), {}), 1) << "nothing is left";
+    // What the link leads to is made, or taken back from the backup that stands there.
+    fs::remove(files.native() / "elsewhere/real");
+    EXPECT_TRUE(set());
+    EXPECT_EQ(files.read("elsewhere/real"), "[Frame]\nZoomed = True\n");
+    fs::rename(files.native() / "elsewhere/real", files.native() / "elsewhere/qzold96.ert");
+    kora::settingsStop();
+    EXPECT_EQ(get(eIniState, "Frame", "Zoomed"), "True");
+}
 
 // A reader that never stops looking sees the file at every moment, and whole; so it is found after the writer was
 // killed.

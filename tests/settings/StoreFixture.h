@@ -1,6 +1,7 @@
 #pragma once
 
 #include <kora/Ini.h>
+#include <kora/Trace.h>
 
 #include <gtest/gtest.h>
 
@@ -17,6 +18,7 @@ class StoreFixture : public testing::Test {
 protected:
     StoreFixture() { forget(); }
     ~StoreFixture() override {
+        TraceToFileSet(false);
         IniMainFileSet(nullptr);
         forget();
     }
@@ -26,6 +28,7 @@ protected:
     static constexpr char kStateScratch[] = "userdata/Veltrane/Tessera5/qznew96.ert";
     static constexpr char kStateBackup[] = "userdata/Veltrane/Tessera5/qzold96.ert";
     static constexpr char kMain[] = "documents/ts.ini";
+    static constexpr char kLog[] = "documents/ts_error_log.txt";
 
     void state(const std::string& text) {
         files.makeFolder(kStateFolder);
