@@ -23,8 +23,9 @@ CString counts(const Model& model) {
     return line + ", " + counted(model.nets.size(), "signal", "signals");
 }
 
+// Case counts: K0 and k1 between each other would break up both ranges.
 bool inNaturalOrder(const CString& a, const CString& b) {
-    return StrCompareName(a.c_str(), -1, b.c_str(), -1, /*caseSensitive=*/false) < 0;
+    return StrCompareName(a.c_str(), -1, b.c_str(), -1, /*caseSensitive=*/true) < 0;
 }
 
 CString leaders(const Model& model) {

@@ -55,14 +55,14 @@ TEST(NetlistReport, OfTheCounter) {
 
 TEST(NetlistReport, RangesLeadersAndLooseEnds) {
     const Reading reading = readText(
-        ".model m\n.inputs n9 n10 N1 n8 x n100000\n.outputs y10 y2 y1\n"
+        ".model m\n.inputs n9 n10 N9 n8 x n100000\n.outputs y10 y2 y1\n"
         ".names n9 n10 n8 x y1\n1111 1\n.names n10 n10 lost y2\n.gate INV a=n9 O=n11\n"
         ".subckt elsewhere a=n11 b=n12 c=y10\n.names x n13\n.latch n13 n14 2\n.end\n");
     ASSERT_TRUE(reading.good) << reading.complaint.text;
     EXPECT_THAT(
         netlist::report(reading.models[0]),
         ElementsAre("model m: 6 inputs, 3 outputs, 4 gates, 1 latch, 1 part, 14 signals",
-                    "  largest fan-out: n10 3, n9 2, x 2", "  inputs: N1 n8..n10 n100000 x", "  outputs: y1 y2 y10",
+                    "  largest fan-out: n10 3, n9 2, x 2", "  inputs: N9 n8..n10 n100000 x", "  outputs: y1 y2 y10",
                     "  latches: n14", "  internal: n11..n14", "  driven by nothing: lost"));
 }
 
