@@ -170,6 +170,8 @@ void* moduleFunction(ModuleHandle module, const char* name);
 int moduleString(ModuleHandle module, int id, char* buffer, int size);
 /// The handle of the library itself, whose string table moduleString() reads too.
 ModuleHandle ownModule();
+/// Where a call of @p code ends up: on Windows a module has stubs of its own for what it takes from a library.
+const void* calledCode(const void* code);
 
 // ---- clock and memory ------------------------------------------------------------------------------------------
 

@@ -184,4 +184,6 @@ ModuleHandle ownModule() {
     return own;
 }
 
+const void* calledCode(const void* code) { return code; }
+
 }  // namespace kora::platform

@@ -1,5 +1,6 @@
 #include "platform/win32/Win32.h"
 
+#include <cstring>
 #include <exception>
 #include <string_view>
 
@@ -79,5 +80,14 @@ int moduleString(ModuleHandle module, int id, char* buffer, int size) {
 }
 
 ModuleHandle ownModule() { return reinterpret_cast<ModuleHandle>(&__ImageBase); }
+
+const void* calledCode(const void* code) {
+    // A stub is one jump through the import table: FF 25, then the address of the entry.
+    const auto* bytes = static_cast<const unsigned char*>(code);
+    if (bytes[0] != 0xFF || bytes[1] != 0x25) return code;
+    const void* const* entry;
+    std::memcpy(&entry, bytes + 2, sizeof entry);
+    return *entry;
+}
 
 }  // namespace kora::platform
