@@ -1,5 +1,6 @@
 #include "settings/ProfileTable.h"
 
+#include "settings/FoldedHash.h"
 #include "settings/ProfileText.h"
 #include "strings/Bytes.h"
 

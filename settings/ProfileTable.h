@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "settings/FoldedHash.h"
+#include "containers/HashIndex.h"
 
 namespace kora {
 
