@@ -2,30 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <new>
 #include <string>
 #include <vector>
 
-// Allocation of this test program: the nth one from a moment on fails, once.
-namespace {
-
-long allocationsLeft = 0;  // 0: all succeed
-
-void* allocate(std::size_t size) {
-    if (allocationsLeft > 0 && --allocationsLeft == 0) return nullptr;
-    return std::malloc(size > 0 ? size : 1);
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    if (void* block = allocate(size)) return block;
-    throw std::bad_alloc();
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return allocate(size); }
-void operator delete(void* block) noexcept { std::free(block); }
-void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+#include "tests/support/AllocationFault.h"
 
 namespace {
 
@@ -38,10 +18,12 @@ void turns(const CString& before, const CString& expected, Operation operation) 
     for (long nth = 1;; ++nth) {
         SCOPED_TRACE(nth);
         CString text(before);
-        allocationsLeft = nth;
-        operation(text);
-        const bool wasMet = allocationsLeft == 0;
-        allocationsLeft = 0;
+        bool wasMet;
+        {
+            const kora::test::AllocationFault fault(nth);
+            operation(text);
+            wasMet = fault.wasHit();
+        }
         if (!wasMet) {
 #if !defined(_WIN32)
             // Windows programs replace their own allocation only, not that of the runtime library.
