@@ -64,7 +64,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t kBlockSize = 64;
+    static constexpr std::size_t kBlockSize = 128;
 
     struct Block {
         std::size_t count;
