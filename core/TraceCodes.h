@@ -20,6 +20,7 @@ enum File : std::uint32_t {
     kDoubleList = 15,   // containers/DoubleList.cpp
     kRamArray = 27,     // containers/RamArray.cpp
     kCommandLine = 37,  // tasks/CommandLine.cpp
+    kGeometry = 38,     // geometry/Anchors.cpp, Rotation.cpp
 };
 
 constexpr std::uint32_t code(File file, std::uint32_t location) {

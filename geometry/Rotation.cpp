@@ -1,0 +1,41 @@
+#include <kora/Err.h>
+#include <kora/Utl.h>
+
+#include "core/TraceCodes.h"
+#include "geometry/Coordinates.h"
+
+using namespace kora;
+
+namespace {
+
+constexpr unsigned long kBadAngle = 1920;
+
+}  // namespace
+
+void UtlPntRotate(LPNT* out, LPNT p, LPNT centre, short angle) {
+    const std::int64_t v = centre.v, h = centre.h, dv = p.v - v, dh = p.h - h;
+    switch (angle) {
+        case 0:
+            *out = p;
+            break;
+        case 90:
+            *out = {wrapped(v - dh), wrapped(h + dv)};
+            break;
+        case 180:
+            *out = {wrapped(v - dv), wrapped(h - dh)};
+            break;
+        case 270:
+            *out = {wrapped(v + dh), wrapped(h - dv)};
+            break;
+        default:
+            ERR(ErrLevelLowest, trace::kModule, trace::kGeometry, kBadAngle, nullptr, 0);
+            *out = p;
+    }
+}
+
+void UtlRectRotate(LRCT* out, LRCT* r, LPNT centre, short angle) {
+    LPNT a, b;
+    UtlPntRotate(&a, {r->top, r->left}, centre, angle);
+    UtlPntRotate(&b, {r->bottom, r->right}, centre, angle);
+    *out = spanned(a, b);
+}
