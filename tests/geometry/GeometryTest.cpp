@@ -25,7 +25,7 @@ struct Geometry : testing::Test {
     std::int32_t below(std::int32_t end) { return narrow(engine() % static_cast<std::uint32_t>(end)); }
     std::int32_t any() {  // of every size, the outermost ones above all
         constexpr std::int32_t extremes[] = {INT32_MIN, INT32_MIN + 1, -1, 0, 1, INT32_MAX - 1, INT32_MAX};
-        return below(2) ? extremes[below(7)] : below(2) ? below(41) - 20 : narrow(engine());
+        return below(2) ? extremes[below(7)] : below(2) ? below(41) - 20 : narrow(Wide(engine()));
     }
     LPNT point() { return {any(), any()}; }
     LRCT rect(std::int32_t end) { return {below(end), below(end), below(end), below(end)}; }
