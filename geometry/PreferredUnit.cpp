@@ -1,9 +1,9 @@
 #include "geometry/PreferredUnit.h"
 
+#include <kora/Ini.h>
 #include <kora/Utl.h>
 
 #include "platform/Platform.h"
-#include "settings/Store.h"
 #include "strings/Bytes.h"
 
 using namespace kora;
@@ -21,8 +21,9 @@ struct PreferredUnit {
 constinit PreferredUnit preferred;
 
 eUtlUnit readUnit() {
-    const auto value = profileValue(eIniMain, "System", "LengthUnit");
-    return !value || equalIgnoringCase(*value, "inch") ? UtlUnitInch : UtlUnitCm;
+    CString value;
+    const bool found = IniGetString(eIniMain, "System", "LengthUnit", value, /*unquote=*/false);
+    return !found || equalIgnoringCase(value, "inch") ? UtlUnitInch : UtlUnitCm;
 }
 
 }  // namespace
