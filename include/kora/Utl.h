@@ -150,8 +150,8 @@ KORA_API void UtlRectAnchorToPnt(LPNT* out, LRCT* r, eUtlAnchor anchor);
 /// Moves @p r so that its anchor @p to comes to lie where @p from was. Answers @p out.
 KORA_API LRCT* UtlRectAnchorChange(LRCT* out, LRCT* r, eUtlAnchor from, eUtlAnchor to);
 /// The anchor after a turn by 90, 180 or 270 degrees in the sense of UtlPntRotate(): 90 takes left to bottom, bottom to
-/// right, right to top and top to left, and the corners likewise. Any other angle leaves the anchor, and is not
-/// reported; so does a value that is no anchor.
+/// right, right to top and top to left, and the corners likewise. Any other angle leaves the anchor and is not
+/// reported; a value that is no anchor stays too.
 KORA_API eUtlAnchor UtlAnchorRotate(eUtlAnchor anchor, short angle);
 KORA_API void UtlAnchorRotate(eUtlAnchor* out, eUtlAnchor anchor, short angle);
 /// The anchor of a picture that is duplicated in an orientation.
