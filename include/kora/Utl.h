@@ -261,8 +261,8 @@ class FreeArea;
 /// contained nodes are kept, as are empty ones and those turned inside out. Sub() takes time for the nodes near its
 /// area, GetClosest() and GetLargest() look at every node.
 ///
-/// Arguments are taken as 32 bits whatever the width of a long. Distances, sizes and areas are exact for all of them; a
-/// place beyond 32 bits, which only a box of negative size can have, wraps.
+/// Arguments are taken as 32 bits whatever the width of a long. Sizes, areas and distances are exact for all of them;
+/// only a box of negative size can have a place and a distance that wrap.
 ///
 /// A copy is shallow: both then stand for the same nodes, and what is done through one is seen through the other. The
 /// nodes go with the last of them. A region that has never held a node has nothing to share, and its copy goes its own
