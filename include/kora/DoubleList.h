@@ -78,7 +78,8 @@ public:
     /// Takes @p e out and hands it over; a cursor on it becomes null.
     /// @return true when the list was empty and nothing was done, false when @p e was detached.
     virtual bool Detach(DoubleListElement* e);
-    /// Deletes every element, first to last, without detaching them first.
+    /// Deletes every element, first to last, without detaching them first: an element's destructor must neither walk
+    /// the list nor attach to it.
     virtual void DestroyAll();
     /// No attaching operation moves the cursor, but AttachListAtTail().
     virtual void AttachAtHead(DoubleListElement* e);

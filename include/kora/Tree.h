@@ -12,9 +12,10 @@ class KORA_API TreeElement : public DoubleListElement {
 public:
     /// A detached element without parent and children.
     TreeElement();
-    /// Deletes the children, first to last, and so the whole subtree, each element before what is below it. However
-    /// deep the subtree is, the stack that this takes is bounded. While an element more than two hundred levels down
-    /// is deleted, Parent() answers one further up than its own parent, which is gone by then.
+    /// Deletes the children, first to last, and so the whole subtree; an element's own destructor runs before those of
+    /// what is below it. However deep the subtree is, the stack that this takes is bounded: more than two hundred
+    /// levels down an element is detached before it is deleted, and Parent() answers one further up, since its own
+    /// parent is gone by then, whose children are all that still waits to be deleted.
     ~TreeElement() override;
 
     virtual TreeElement* Parent();     ///< null for a root
@@ -58,7 +59,8 @@ public:
     /// @return true
     virtual bool AttachChildAtTail(TreeElement* parent, TreeElement* e);
     /// Takes @p e, with its subtree, out of its parent's children or the roots and hands it over. What its Parent()
-    /// answers stays. Nothing happens when @p e is null or the tree has no roots.
+    /// answers stays, and so does the current node: whoever deletes it, or what it is below, calls SetCurrentNode().
+    /// Nothing happens when @p e is null or the tree has no roots.
     virtual void DetachChild(TreeElement* e);
     /// Sets the current node to null, whatever @p e is: this is how callers restart DepthFirst().
     virtual void SetCurrentNode(TreeElement* e);
@@ -66,6 +68,9 @@ public:
     /// starts over. The element becomes the current node.
     ///
     ///     R1 (A, B), R2    A, B, R1, R2, null, A ...
+    ///
+    /// The way down to a leaf is a loop. A derived tree that overrides this operation is called at every level instead,
+    /// each call within the one before, so there the stack bounds how deep a tree may be.
     virtual TreeElement* DepthFirst();
     /// Makes @p e a sibling of the current node. Its place is in front of the cursor of the list in which the current
     /// node lies (at the head when there is none); behind a step of DepthFirst() that cursor is on the current node.

@@ -134,7 +134,7 @@ KORA_API void UtlRectSubRectCount(LRCT* outer, LRCT* cell, short* across, short*
 ///     0 2 4
 ///     1 3 5
 ///
-/// An index below 0 counts back from the first cell by the same division, truncated: -1 is the place above it.
+/// An index below 0 counts back from the first cell by the same division, truncated, to places outside @p outer.
 ///
 /// @return false, with the first cell written, for an index at or beyond the product of the counts, and where a count
 ///         is 0, be it that a rectangle is empty or that nothing is left of it in 16 bits
@@ -172,8 +172,8 @@ KORA_API eUtlAnchor UtlAnchorRotate(eUtlAnchor anchor, eUtlOrientation orientati
 /// point on the right to the top. Any other angle is filed with ERR() (level 0, module 1, file 38, location 1920), and
 /// the point stays.
 KORA_API void UtlPntRotate(LPNT* out, LPNT p, LPNT centre, short angle);
-/// The rectangle between two opposite corners of @p r, each turned with UtlPntRotate(), so a wrong angle is filed twice
-/// and leaves a rectangle that is not inside out as it was.
+/// The rectangle between two opposite corners of @p r, each turned with UtlPntRotate(), so a wrong angle is filed
+/// twice. What comes out is never inside out, whatever the angle.
 KORA_API void UtlRectRotate(LRCT* out, LRCT* r, LPNT centre, short angle);
 /// Where an arc of the ellipse in @p r is cut, as points on the border of @p r. Angles are whole degrees, with the
 /// clock from the middle of the top side: 45 is the top right corner whatever the shape of @p r, 90 the middle of the
@@ -232,8 +232,9 @@ KORA_API void UtlQzUnitsToString(int value, CString& out, eUtlUnit unit);
 ///     2.5 cm    993           1.2.3 in    1210, the number ends at the second point
 ///     1"        1008          1 ft, -1, . and an empty text: false
 ///
-/// The result is rounded to the nearest, a half up, and wraps at 32 bits; from 2^63 on it is 0. A number too small for
-/// single precision is 0.
+/// A half is added and the fraction cut off, which rounds to the nearest as far as single precision reaches: results
+/// from 2^23 on may be off by what it does not hold. They wrap at 32 bits; from 2^63 on they are 0. A number too small
+/// for single precision is 0.
 ///
 /// @return false, with @p value as it was, when there is no number or no such unit, and for a length too large for
 ///         single precision
