@@ -15,7 +15,7 @@ public:
     /// Deletes the children, first to last, and so the whole subtree; an element's own destructor runs before those of
     /// what is below it. However deep the subtree is, the stack that this takes is bounded: more than two hundred
     /// levels down an element is detached before it is deleted, and Parent() answers one further up, since its own
-    /// parent is gone by then, whose children are all that still waits to be deleted.
+    /// parent is gone by then. The children of that one are everything that still waits to be deleted.
     ~TreeElement() override;
 
     virtual TreeElement* Parent();     ///< null for a root
