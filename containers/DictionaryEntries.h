@@ -7,12 +7,11 @@
 #include <cstdint>
 #include <cstring>
 
+#include "strings/HashMix.h"
+
 /// What a dictionary's lists hold, and keys as the index looks for them: with a mark of fixed size, which tells most
 /// keys apart where the key itself lies elsewhere, and with a hash.
 namespace kora {
-
-/// The upper half of the product depends on every bit of the word.
-inline std::uint64_t hashProduct(std::uint64_t word) { return word * 0x9E3779B97F4A7C15; }
 
 struct DicNumeric : DoubleListElement {
     class Sought;
@@ -33,10 +32,7 @@ class DicNumeric::Sought {
 public:
     explicit Sought(long key) : mark(key) {}
 
-    std::uint32_t hash() const {
-        const std::uint64_t product = hashProduct(static_cast<unsigned long>(mark));
-        return static_cast<std::uint32_t>(hashProduct(product ^ product >> 32) >> 32);
-    }
+    std::uint32_t hash() const { return hashFinished(static_cast<unsigned long>(mark)); }
     bool isKeyOf(const DicNumeric&, Mark itsMark) const { return itsMark == mark; }
 
     Mark mark;
@@ -74,11 +70,10 @@ public:
     }
 
     std::uint32_t hash() const {
-        const auto mixed = [](std::uint64_t word) { return hashProduct(word) ^ hashProduct(word) >> 32; };
-        std::uint64_t hash = mixed(mixed(mark.first) ^ mark.second);
+        std::uint64_t hash = hashMixed(mark.first) ^ mark.second;
         for (std::size_t at = sizeof mark; at < length_; at += 8)
-            hash = mixed(hash ^ upToEight(text_ + at, length_ - at));
-        return static_cast<std::uint32_t>(hashProduct(hash) >> 32);
+            hash = hashMixed(hash) ^ upToEight(text_ + at, length_ - at);
+        return hashFinished(hash);
     }
     bool isKeyOf(const DicString& entry, const Mark& itsMark) const {
         if (itsMark.first != mark.first || itsMark.second != mark.second) return false;

@@ -3,6 +3,7 @@
 #include <compare>
 
 #include "containers/HashIndex.h"
+#include "strings/HashMix.h"
 
 namespace kora {
 namespace {
@@ -21,9 +22,7 @@ std::uint32_t hashOf(const UtlPlatformRect& rect) {
     const auto pair = [](std::int32_t a, std::int32_t b) {
         return std::uint64_t{static_cast<std::uint32_t>(a)} << 32 | static_cast<std::uint32_t>(b);
     };
-    std::uint64_t hash = pair(rect.left, rect.top) * 0x9E3779B97F4A7C15;
-    hash = ((hash ^ hash >> 32) + pair(rect.right, rect.bottom)) * 0xC2B2AE3D27D4EB4F;
-    return static_cast<std::uint32_t>(hash >> 32);
+    return hashFinished(hashMixed(pair(rect.left, rect.top)) ^ pair(rect.right, rect.bottom));
 }
 
 std::uint64_t areaOf(const UtlPlatformRect& rect) {

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "strings/HashMix.h"
+
 namespace kora {
 
 /// A hash that is equal for texts that are equal without regard to case.
@@ -12,19 +14,16 @@ inline std::uint32_t foldedHash(std::string_view text) {
     // One bit more in every byte makes the two cases of a letter one; that it also joins other characters does not
     // matter to a hash.
     constexpr std::uint64_t kFold = 0x2020202020202020;
-    constexpr std::uint64_t kFirst = 0x9E3779B97F4A7C15, kSecond = 0xC2B2AE3D27D4EB4F;
     const auto load = [](const char* from, std::size_t count) {
         std::uint64_t word = 0;
         std::memcpy(&word, from, count);
         return word | kFold;
     };
-    // The upper half of a product has the lower half's bits in it, but not the other way round.
-    const auto mixed = [](std::uint64_t product) { return product ^ product >> 32; };
 
     std::uint64_t hash = text.size();
     const char* from = text.data();
     std::size_t left = text.size();
-    for (; left > 16; from += 8, left -= 8) hash = mixed((hash ^ load(from, 8)) * kFirst);
+    for (; left > 16; from += 8, left -= 8) hash = hashMixed(hash ^ load(from, 8));
     // The last two words overlap when there are fewer bytes.
     std::uint64_t first = 0, second = 0;
     if (left >= 8) {
@@ -37,8 +36,7 @@ inline std::uint32_t foldedHash(std::string_view text) {
         first = load(from, 1);
         second = load(from + left / 2, 1) << 8 | load(from + left - 1, 1);
     }
-    hash = mixed((hash ^ first) * kFirst) ^ mixed(second * kSecond);
-    return static_cast<std::uint32_t>(hash * kFirst >> 32);
+    return hashFinished(hashMixed(hash ^ first) ^ second);
 }
 
 }  // namespace kora
