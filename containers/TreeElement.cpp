@@ -11,18 +11,25 @@ TreeElement::TreeElement() : parent(nullptr), destroyedLevels_(0), destroyer_(nu
 
 TreeElement::~TreeElement() {
     parent = nullptr;
-    if (destroyer_ != nullptr) {
-        moveChildrenUp();
-    } else if (destroyedLevels_ < kMostNestedLevels) {
+    if (destroyer_ != nullptr || destroyedLevels_ >= kMostNestedLevels) {
+        destroyOneByOne(/*orphaned=*/false);
+    } else {
         DoubleListElement* cursor = nullptr;
         while (auto* child = static_cast<TreeElement*>(children.Next(cursor)))
             child->destroyedLevels_ = destroyedLevels_ + 1;
-    } else {
-        while (auto* child = static_cast<TreeElement*>(children.First())) {
-            children.Detach(child);
-            child->destroyer_ = this;
-            delete child;
-        }
+    }
+}
+
+void TreeElement::ChildDestroyAll() { destroyOneByOne(/*orphaned=*/true); }
+
+void TreeElement::destroyOneByOne(bool orphaned) {
+    if (destroyer_ != nullptr) return moveChildrenUp();
+    while (auto* child = static_cast<TreeElement*>(children.First())) {
+        children.Detach(child);
+        if (orphaned) child->parent = nullptr;
+        child->destroyedLevels_ = destroyedLevels_ + 1;
+        if (destroyedLevels_ >= kMostNestedLevels) child->destroyer_ = this;
+        delete child;
     }
 }
 

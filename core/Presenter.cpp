@@ -1,5 +1,7 @@
 #include "core/Presenter.h"
 
+#include <kora/Utl.h>
+
 #include <new>
 
 #include "core/TraceRing.h"
@@ -50,8 +52,12 @@ bool MsgPresenter::ChooseFile(MsgFileChoice&) { return false; }
 
 bool MsgPresenter::ChooseDirectory(const char*, CString&) { return false; }
 
+void MsgPresenter::Beep() { kora::platform::beep(); }
+
 MsgPresenter* MsgPresenterSet(MsgPresenter* presenter) {
     MsgPresenter& before = kora::presenter();
     hostPresenter = presenter == &platformPresenter() ? nullptr : presenter;
     return &before;
 }
+
+void UtlBeep() { kora::presenter().Beep(); }

@@ -201,6 +201,23 @@ bool chooseDirectory(const std::string& prompt, std::string& path);
 /// Lets go of a mouse that a view has captured.
 void releaseMouse();
 
+// ---- surface: clipboard, cursor, beep --------------------------------------------------------------------------
+
+/// Takes the clipboard for this process; false when another one has it. The other operations but
+/// clipboardHasText() need it taken. On POSIX there is one clipboard for each process.
+bool clipboardOpen();
+void clipboardClose();
+bool clipboardEmpty();
+/// Puts a text, which holds no NUL, in the place of the one there. False, with nothing changed, when memory ran out.
+bool clipboardPut(std::string_view text);
+bool clipboardHasText();
+/// The text that is there, up to its first NUL. False, with @p text untouched, when there is none.
+bool clipboardText(std::string& text);
+/// Shows a cursor by the number of its resource, from 32512 on one of the system's. False, with nothing done, when
+/// there is no such cursor, and on POSIX.
+bool showCursor(short number);
+void beep();
+
 // ---- programs --------------------------------------------------------------------------------------------------
 
 /// Starts a program, or opens a file with the program that belongs to it. @p show is a Windows show command

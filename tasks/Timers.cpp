@@ -173,13 +173,29 @@ struct TimerRegistries {
         doTimed();
     }
 
+    void halt(TmrTimer* timer) {
+        forgetDue(timer);
+        if (std::exchange(timer->state_, kStopped) == kRunning) --counterOf(timer);
+    }
+
     void destroyAll() {
-        // Nothing fires from here on. Each timer takes itself out, and those that it owns.
-        const Pass noTimed(timed), noIdle(idle);
-        for (const Registry* registry : {&timed, &idle})
-            if (registry->timers != nullptr)
-                while (DoubleListElement* timer = registry->timers->First()) delete timer;
-        removeBoth();
+        // Nothing fires from here on. Each timer takes itself out, and those that it owns; it may make others.
+        Pass timedPass(timed), idlePass(idle);
+        bool left = false, deleted;
+        do {
+            left = deleted = false;
+            for (Pass* pass : {&timedPass, &idlePass})
+                pass->visitAll([&](TmrTimer* timer) {
+                    if (timer->ownedElsewhere_) {
+                        halt(timer);
+                        left = true;
+                    } else {
+                        delete timer;
+                        deleted = true;
+                    }
+                });
+        } while (deleted);
+        if (!left) removeBoth();
     }
 };
 
@@ -218,6 +234,8 @@ using kora::timers;
 TmrTimer::TmrTimer(eTmrType type) : id_(timers.timersMade++), type_(type), interval_(1), due_(0), state_(kStopped) {
     if (timers.make()) timers.registryOf(this).timers->AttachAtTail(this);
 }
+
+TmrTimer::TmrTimer(eTmrType type, OwnedElsewhere) : TmrTimer(type) { ownedElsewhere_ = true; }
 
 TmrTimer::~TmrTimer() {
     timers.forgetDue(this);

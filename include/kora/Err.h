@@ -111,6 +111,8 @@ public:
     virtual bool ChooseFile(MsgFileChoice& choice);
     /// Lets the user choose a directory, starting at @p path; false when cancelled.
     virtual bool ChooseDirectory(const char* prompt, CString& path);
+    /// The sound that draws the user's attention. On POSIX the bell, where standard error is a terminal.
+    virtual void Beep();
 };
 
 /// Puts @p presenter in place of the one before, which is answered; null restores the platform's own. The caller keeps

@@ -17,7 +17,7 @@ enum eTmrType : std::int16_t { TmrTypeTimed = 0, TmrTypeTimedToo = 1, TmrTypeIdl
 ///
 /// A timer is in the library's registry of its type from construction to destruction, stopped at first. All calls come
 /// on the user-interface thread, out of TmrDoIdleTimers() and TmrDoTimedTimers(). Timers that are left at the
-/// library's exit are deleted by it.
+/// library's exit are deleted by it, but for those that are owned elsewhere.
 ///
 /// The order of the virtual operations is the interface; new ones go at the end.
 class KORA_API TmrTimer : public DoubleListElement {
@@ -44,6 +44,12 @@ public:
     /// Changes an idle timer's flavour. One that changes is running then, even if it was stopped.
     void TmrSetHighPriorityIdle(bool on);
 
+protected:
+    struct OwnedElsewhere {};
+    /// A timer that belongs to something else: a member, a window. The library's exit stops it, not through TmrStop(),
+    /// and leaves it where it is, so it can be started again after the next start-up.
+    TmrTimer(eTmrType type, OwnedElsewhere);
+
 private:
     friend struct kora::TimerRegistries;
 
@@ -52,6 +58,7 @@ private:
     std::uint32_t interval_;
     std::uint32_t due_;
     std::int32_t state_;  // 0 running, 1 stopped, 2 fired
+    bool ownedElsewhere_ = false;
 };
 
 /// The tick count of the clock in force: milliseconds since the system started, wrapping at 32 bits.

@@ -29,11 +29,16 @@ public:
     virtual void ChildAttach(TreeElement* e);
 
 protected:
+    /// Deletes the children now, first to last, for a derived class whose elements look for their parent when they are
+    /// destroyed: each is detached before, and its Parent() answers null. The stack is bounded as in the destructor.
+    void ChildDestroyAll();
+
     TreeElement* parent;  ///< null for a root
     DoubleList children;  ///< of TreeElement only
 
 private:
     friend class Tree;
+    void destroyOneByOne(bool orphaned);
     void moveChildrenUp();
 
     std::int32_t destroyedLevels_;  // how many elements above this one are being destroyed, as far as they said

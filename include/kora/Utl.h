@@ -3,7 +3,7 @@
 #include <kora/Kora.h>
 
 /// @file
-/// Points and rectangles, anchors, rotation, hits, lengths and free areas, and what kind of system this is.
+/// Points and rectangles, anchors, rotation, hits, lengths and free areas, what kind of system this is, and the beep.
 /// docs/geometry.md shows them in drawings.
 ///
 /// Coordinates are Qz units, 1008 to an inch and 397 to a centimetre; v grows downwards and h to the right. Every
@@ -310,3 +310,6 @@ static_assert(sizeof(UtlRectRegion) == sizeof(void*));
 
 /// The kind of system the library runs on: 3 on Windows, 0 on POSIX.
 KORA_API int UtlOS();
+
+/// The sound that tells the user that something cannot be done, by the presenter of Err.h: its Beep().
+KORA_API void UtlBeep();

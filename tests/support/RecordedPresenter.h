@@ -43,6 +43,7 @@ public:
         path = chosen;
         return true;
     }
+    void Beep() override { ++beeps; }
 
     int answer = 1;  ///< what alerts answer; 1 is OK
     bool suppressNext = false;
@@ -50,6 +51,7 @@ public:
     std::vector<Shown> alerts;
     std::vector<std::string> continueAlerts, errors, progress;
     std::vector<MsgFileChoice> asked;
+    int beeps = 0;
 
 private:
     MsgPresenter* before_;
