@@ -11,6 +11,7 @@
 namespace {
 
 constexpr short kArrowCursor = 32512;
+constexpr std::uint32_t kTurnMilliseconds = 40;
 
 // The grid that stands for a font, at its usual size.
 constexpr std::uint64_t kCharacterWidth = 100, kLineHeight = 200;
@@ -82,15 +83,23 @@ void WinSurface::WinTextMeasure(const char* text, long length, LPNT* size) {
 void WinSurface::WinInvalidate(LRCT*) {}
 void WinSurface::WinUpdateNow() {}
 
-void WinSurface::WinCursorSet(short cursor) { kora::platform::showCursor(cursor); }
+void WinSurface::WinCursorSet(short cursor) {
+    // Work turns an animated cursor once for each row or cell, which may take less time than the system takes to show
+    // one turn.
+    const bool turn = cursor < kArrowCursor;
+    const std::uint32_t now = turn ? kora::platform::tickCount() : 0;
+    if (turn && !busyCursors_.empty() && now - turnTick_ < kTurnMilliseconds) return;
+    turnTick_ = now;
+    kora::platform::showCursor(cursor);
+}
 
 void WinSurface::WinBusyCursorStart(const short* cursors, short count) {
     busyCursors_.clear();
     busyCursor_ = 0;
     if (!cursors || count <= 0) return;
-    // Without memory the first alone is shown.
-    kora::guarded([&] { busyCursors_.assign(cursors, cursors + count); });
     WinCursorSet(cursors[0]);
+    // Without memory that one alone is shown.
+    kora::guarded([&] { busyCursors_.assign(cursors, cursors + count); });
 }
 
 void WinSurface::WinBusyCursorNext() {

@@ -100,7 +100,7 @@ public:
     /// Redraws at once what is marked.
     virtual void WinUpdateNow();
     /// Shows the cursor of that resource number of the library; 32512 and above are the system's, 32512 the arrow. An
-    /// unknown number changes nothing.
+    /// unknown number changes nothing. While a busy cursor turns, the library's are shown 25 times a second at most.
     virtual void WinCursorSet(short cursor);
     /// Keeps the numbers of the cursors of which an animated one consists and shows the first, through WinCursorSet()
     /// as the next two operations do.
@@ -117,6 +117,7 @@ private:
     WinFont font_;
     std::vector<short> busyCursors_;
     std::size_t busyCursor_ = 0;
+    std::uint32_t turnTick_ = 0;
 };
 
 /// A window: a surface with a place in its parent, scroll positions, an idle timer and a place in the tree of windows.

@@ -4,8 +4,6 @@
 
 #include <random>
 
-#include "tests/support/VirtualSlot.h"
-
 namespace {
 
 constexpr int value(std::uint32_t bits) { return static_cast<int>(bits); }
@@ -96,14 +94,6 @@ TEST(Colours, ClosestIsTheFirstOfTheNearest) {
         }
         ASSERT_EQ(WinGetClosestQzColor(rgb), best) << std::hex << rgb;
     }
-}
-
-TEST(WindowColours, SlotsStandInTheOrderThatModulesAreCompiledAgainst) {
-    using W = WinWindow;
-    const int first =
-        kora::test::firstOutOfSlot(&W::WinMapColour, &W::WinForeColourSet, &W::WinBackColourSet, &W::WinClientRectSet,
-                                   &W::WinClientRectGet, &W::WinForeColourGet, &W::WinBackColourGet);
-    EXPECT_EQ(first, 0);
 }
 
 TEST(WindowColours, AreAskedForThroughTheirSlots) {
