@@ -179,6 +179,8 @@ const void* calledCode(const void* code);
 std::uint32_t tickCount();
 /// Bytes of memory that are free, as the system reports them.
 std::uint64_t freeMemory();
+/// Asks for pages as large as the system has for memory that will be filled; it may have none.
+void preferLargePages(void* memory, std::size_t size);
 std::uint32_t processId();
 /// Lets other programs run for a moment; for bounded retries on a file that is held.
 void pause(std::uint32_t milliseconds);

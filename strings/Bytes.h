@@ -53,6 +53,25 @@ inline void moveText(char* to, const char* from, std::size_t length) {
     std::memmove(to, from, length);
 }
 
+/// The high bit of every byte of @p word that is zero, and perhaps of some above the lowest of them.
+constexpr std::uint64_t zeroBytes(std::uint64_t word) {
+    constexpr std::uint64_t kLow = 0x0101010101010101, kHigh = 0x8080808080808080;
+    return (word - kLow) & ~word & kHigh;
+}
+
+/// Whether there is a NUL among at most 16 bytes, without a call.
+inline bool holdsNul(const char* text, std::size_t length) {
+    if (length < sizeof(std::uint64_t)) {
+        while (length > 0)
+            if (text[--length] == '\0') return true;
+        return false;
+    }
+    std::uint64_t first, last;
+    std::memcpy(&first, text, sizeof first);
+    std::memcpy(&last, text + length - sizeof last, sizeof last);
+    return (zeroBytes(first) | zeroBytes(last)) != 0;
+}
+
 /// How many bytes @p a and @p b have in common from their beginning.
 std::size_t commonPrefix(std::string_view a, std::string_view b);
 

@@ -1,3 +1,4 @@
+#include <sys/mman.h>
 #include <sys/sysinfo.h>
 #include <time.h>
 #include <unistd.h>
@@ -19,6 +20,8 @@ std::uint64_t freeMemory() {
     struct sysinfo memory;
     return sysinfo(&memory) == 0 ? std::uint64_t{memory.freeram} * memory.mem_unit : 0;
 }
+
+void preferLargePages(void* memory, std::size_t size) { madvise(memory, size, MADV_HUGEPAGE); }
 
 std::uint32_t processId() { return static_cast<std::uint32_t>(getpid()); }
 

@@ -10,6 +10,9 @@ std::uint64_t freeMemory() {
     return GlobalMemoryStatusEx(&memory) ? memory.ullAvailPhys : 0;
 }
 
+// Large pages take a privilege that programs do not have.
+void preferLargePages(void*, std::size_t) {}
+
 std::uint32_t processId() { return GetCurrentProcessId(); }
 
 void pause(std::uint32_t milliseconds) { Sleep(milliseconds); }
