@@ -18,13 +18,19 @@ int virtualSlot(Operation operation) {
     return static_cast<int>((words[0] - 1) / sizeof(void*)) - 1;
 }
 
-/// The first of these operations that does not stand in its slot, counted from 1; 0 when they fill the slots behind the
-/// destructor in this order.
+/// The first of these operations that does not stand in its slot, counted from 1; 0 when they fill the slots from
+/// @p slot on in this order.
+template <class... Operations>
+int firstOutOfSlotFrom(int slot, Operations... operations) {
+    int place = 0, wrong = 0;
+    ((++place, virtualSlot(operations) != slot++ && wrong == 0 ? wrong = place : 0), ...);
+    return wrong;
+}
+
+/// The same behind the destructor.
 template <class... Operations>
 int firstOutOfSlot(Operations... operations) {
-    int slot = 0, wrong = 0;
-    ((virtualSlot(operations) != ++slot && wrong == 0 ? wrong = slot : 0), ...);
-    return wrong;
+    return firstOutOfSlotFrom(1, operations...);
 }
 
 }  // namespace kora::test

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <kora/Win.h>
+
+namespace kora {
+
+/// Shows a surface's busy cursor while it lives.
+class BusyCursor {
+public:
+    explicit BusyCursor(WinSurface& surface) : surface_(surface) {
+        static constexpr short kCursors[] = {1050, 1051, 1052, 1053};
+        surface_.WinBusyCursorStart(kCursors, 4);
+    }
+    ~BusyCursor() { surface_.WinBusyCursorStop(); }
+    BusyCursor(const BusyCursor&) = delete;
+    BusyCursor& operator=(const BusyCursor&) = delete;
+
+    void next() { surface_.WinBusyCursorNext(); }
+
+private:
+    WinSurface& surface_;
+};
+
+}  // namespace kora

@@ -1,0 +1,160 @@
+#include "sheet/CellStore.h"
+
+#include <kora/Str.h>
+
+#include <algorithm>
+#include <climits>
+#include <new>
+#include <utility>
+
+#include "platform/Platform.h"
+
+namespace kora {
+
+namespace {
+
+constexpr std::size_t roundedUp(std::size_t size, std::size_t step) { return (size + step - 1) / step * step; }
+
+// Large pages begin at multiples of their size.
+constexpr std::align_val_t slabAlignment(std::size_t size) {
+    return std::align_val_t{size == CellStore::kLargestSlab ? size : alignof(std::max_align_t)};
+}
+
+bool liesIn(std::string_view text, const char* place) {
+    return reinterpret_cast<std::uintptr_t>(place) - reinterpret_cast<std::uintptr_t>(text.data()) < text.size();
+}
+
+}  // namespace
+
+bool CellStore::assignAny(TShtCell& cell, char* text, long length, bool copyText) {
+    const auto length32 = static_cast<std::int32_t>(std::clamp<long>(length, INT32_MIN, INT32_MAX));
+    if (text == cell.text() && copyText != cell.isBorrowed() && length32 == cell.length()) return false;
+    if (copyText && text != nullptr && length32 != 0) {
+        copyWhole(cell, text, static_cast<std::size_t>(StrLength(text, length32)));
+        return true;
+    }
+    if (!cell.isBorrowed() && liesIn(cell.view(), text))
+        text = keepOwnText(cell, text);
+    else
+        releaseText(cell);
+    cell.setOutside(text, length32, TShtCell::kBorrowed);
+    return true;
+}
+
+void CellStore::copy(TShtCell& cell, const char* text, std::size_t length) {
+    assign(cell, const_cast<char*>(text), static_cast<long>(std::min<std::size_t>(length, INT32_MAX)),
+           /*copyText=*/true);
+    // Nobody keeps what an empty text points at.
+    if (cell.isBorrowed()) cell.setOutside(nullptr, 0, TShtCell::kBorrowed);
+}
+
+void CellStore::copyWhole(TShtCell& cell, const char* text, std::size_t length) {
+    const std::size_t held = ownedOutside(cell);
+    if (length <= TShtCell::kLongestInside) {
+        char* const before = held > 0 ? cell.text() : nullptr;
+        moveShort(cell.bytes_, text, length);
+        cell.place_ = static_cast<std::uint8_t>(length);
+        if (before != nullptr) giveBack(before, held);
+    } else if (held > 0 && length <= kLargest && roundedUp(held, kStep) == roundedUp(length, kStep)) {
+        moveText(cell.text(), text, length);
+        cell.setOutside(cell.text(), static_cast<std::int32_t>(length), TShtCell::kOwned);
+    } else {
+        char* const place = allocate(length);
+        if (place != nullptr) moveText(place, text, length);
+        releaseText(cell);
+        if (place != nullptr) cell.setOutside(place, static_cast<std::int32_t>(length), TShtCell::kOwned);
+    }
+}
+
+// A cell that refers to a part of its own text keeps the whole of it from being reused. Answers where the part is then.
+char* CellStore::keepOwnText(TShtCell& cell, char* part) {
+    if (ownedOutside(cell) > 0) return part;
+    const auto length = static_cast<std::size_t>(cell.length());
+    char* const kept = allocate(length);
+    if (kept == nullptr) return nullptr;
+    moveText(kept, cell.text(), length);
+    return kept + (part - cell.text());
+}
+
+std::size_t CellStore::ownedOutside(const TShtCell& cell) {
+    return cell.place_ == TShtCell::kOwned ? static_cast<std::size_t>(cell.outside().length) : 0;
+}
+
+void CellStore::releaseText(TShtCell& cell) {
+    if (const std::size_t held = ownedOutside(cell)) giveBack(cell.text(), held);
+    cell.place_ = 0;
+}
+
+void CellStore::release(TShtCell& cell) {
+    releaseText(cell);
+    if (cell.extras_ != nullptr) giveBack(cell.extras_, sizeof *cell.extras_);
+    cell = TShtCell{};
+}
+
+bool CellStore::makeExtras(TShtCell& cell) {
+    if (cell.extras_ != nullptr) return true;
+    char* const place = allocate(sizeof(CellExtras));
+    if (place == nullptr) return false;
+    cell.extras_ = new (place) CellExtras;
+    return true;
+}
+
+char* CellStore::allocateSmall(std::size_t size) {
+    Free*& head = free_[(size - 1) / kStep];
+    if (head != nullptr) return reinterpret_cast<char*>(std::exchange(head, head->next));
+    size = roundedUp(size, kStep);
+    if (size > left_ && !addSlab()) return nullptr;
+    left_ -= size;
+    return std::exchange(place_, place_ + size);
+}
+
+bool CellStore::addSlab() {
+    const std::align_val_t alignment = slabAlignment(nextSlab_);
+    void* const memory = ::operator new(nextSlab_, alignment, std::nothrow);
+    if (memory == nullptr) return false;
+    // Filling a large sheet would come to a third to waiting for its pages.
+    if (nextSlab_ == kLargestSlab) platform::preferLargePages(memory, nextSlab_);
+    newest_ = new (memory) Slab{newest_, nextSlab_};
+    constexpr std::size_t kHeader = roundedUp(sizeof(Slab), kStep);
+    place_ = static_cast<char*>(memory) + kHeader;
+    left_ = nextSlab_ - kHeader;
+    nextSlab_ = std::min(2 * nextSlab_, kLargestSlab);
+    return true;
+}
+
+char* CellStore::allocateLarge(std::size_t size) {
+    void* const memory = ::operator new(sizeof(Large) + size, std::nothrow);
+    if (memory == nullptr) return nullptr;
+    large_ = new (memory) Large{large_, &large_};
+    if (large_->next != nullptr) large_->next->link = &large_->next;
+    return static_cast<char*>(memory) + sizeof(Large);
+}
+
+void CellStore::giveBack(void* piece, std::size_t size) {
+    if (size <= kLargest) {
+        Free*& head = free_[(size - 1) / kStep];
+        head = new (piece) Free{head};
+        return;
+    }
+    Large* const entry = static_cast<Large*>(piece) - 1;
+    *entry->link = entry->next;
+    if (entry->next != nullptr) entry->next->link = entry->link;
+    ::operator delete(entry);
+}
+
+void CellStore::clear() {
+    while (Slab* slab = newest_) {
+        newest_ = slab->before;
+        ::operator delete(slab, slabAlignment(slab->size));
+    }
+    while (Large* piece = large_) {
+        large_ = piece->next;
+        ::operator delete(piece);
+    }
+    place_ = nullptr;
+    left_ = 0;
+    nextSlab_ = kFirstSlab;
+    std::fill(std::begin(free_), std::end(free_), nullptr);
+}
+
+}  // namespace kora

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <cstddef>
+
+#include "sheet/Cell.h"
+#include "strings/Bytes.h"
+
+namespace kora {
+
+/// Writes the cells of a sheet and owns their memory and what does not fit into them. Small pieces lie in slabs,
+/// without any overhead of their own; what is given back serves pieces of the same size until everything is.
+class CellStore {
+public:
+    static constexpr std::size_t kLargestSlab = 1U << 21;  ///< what a large page holds
+
+    CellStore() = default;
+    ~CellStore() { clear(); }
+    CellStore(const CellStore&) = delete;
+    CellStore& operator=(const CellStore&) = delete;
+
+    /// Stores @p text in @p cell: as a copy, or by reference without @p copyText, or when it is empty. @p text may lie
+    /// in the cell's own. Answers whether anything was changed: not, if it is the very text that the cell has.
+    bool assign(TShtCell& cell, char* text, long length, bool copyText) {
+        const bool isShort = length > 0 && length <= TShtCell::kLongestInside;
+        if (!isShort || !copyText || text == nullptr || text == cell.bytes_ || cell.place_ > TShtCell::kLongestInside ||
+            holdsNul(text, static_cast<std::size_t>(length)))
+            return assignAny(cell, text, length, copyText);
+        moveShort(cell.bytes_, text, static_cast<std::size_t>(length));
+        cell.place_ = static_cast<std::uint8_t>(length);
+        return true;
+    }
+    /// assign(), and the data, which may be what changed. False, with nothing done, when there is no memory for the
+    /// data.
+    bool setContents(TShtCell& cell, bool copyText, char* text, long length, void* data, bool& changed) {
+        const bool other = cell.extras().data != data;
+        if (!set(cell, &CellExtras::data, data)) return false;
+        changed = assign(cell, text, length, copyText) || other;
+        return true;
+    }
+    /// The cell gets a copy of @p text, no text if it is empty.
+    void copy(TShtCell& cell, const char* text, std::size_t length);
+    /// The same for a text without a NUL.
+    void copyWhole(TShtCell& cell, const char* text, std::size_t length);
+    /// Sets one of the extras. False, with nothing changed, when there is no memory for them.
+    template <class Value>
+    bool set(TShtCell& cell, Value CellExtras::*which, Value value) {
+        if (cell.extras().*which == value) return true;
+        if (!makeExtras(cell)) return false;
+        cell.extras_->*which = value;
+        return true;
+    }
+    void clearMark(TShtCell& cell) {
+        if (cell.extras_ == nullptr) return;
+        cell.extras_->mark = '\0';
+        cell.extras_->markValue = 0;
+    }
+    /// Gives back what the cell owns; it is blank then.
+    void release(TShtCell& cell);
+    /// Gives back everything at once: there are no cells any more.
+    void clear();
+
+    /// Memory for cells and what belongs to them, as aligned as a pointer; null when there is none.
+    char* allocate(std::size_t size) { return size > kLargest ? allocateLarge(size) : allocateSmall(size); }
+    void giveBack(void* piece, std::size_t size);
+
+private:
+    static constexpr std::size_t kStep = 8;       // sizes are rounded up to this
+    static constexpr std::size_t kLargest = 512;  // in the slabs
+    static constexpr std::size_t kFirstSlab = 1U << 12;
+
+    struct Slab {
+        Slab* before;
+        std::size_t size;
+    };
+    struct Free {
+        Free* next;
+    };
+    // In front of a large piece.
+    struct Large {
+        Large* next;
+        Large** link;  // what points at this one
+    };
+
+    bool addSlab();
+    bool assignAny(TShtCell& cell, char* text, long length, bool copyText);
+    char* allocateSmall(std::size_t size);
+    char* allocateLarge(std::size_t size);
+    bool makeExtras(TShtCell& cell);
+    void releaseText(TShtCell& cell);
+    char* keepOwnText(TShtCell& cell, char* part);
+    static std::size_t ownedOutside(const TShtCell& cell);
+
+    Slab* newest_ = nullptr;
+    char* place_ = nullptr;  // the unused rest of the newest slab
+    std::size_t left_ = 0;
+    std::size_t nextSlab_ = kFirstSlab;
+    Free* free_[kLargest / kStep] = {};  // by size
+    Large* large_ = nullptr;
+};
+
+}  // namespace kora

@@ -1,0 +1,110 @@
+#include "sheet/Table.h"
+
+#include <algorithm>
+
+namespace kora {
+
+namespace {
+
+// A new row has room for this many cells, or for as many as the sheet has columns.
+constexpr int kCellsAhead = 16;
+
+}  // namespace
+
+bool TShtTable::growRows(int r, std::int16_t height) {
+    const int had = rows_.count();
+    if (r < 0 || !rows_.extend(r + 1)) return false;
+    for (int made = had; made <= r; ++made) rows_[made].size = height;
+    return true;
+}
+
+bool TShtTable::growColumns(int c, std::int16_t width) {
+    const int had = widths_.count();
+    if (c < 0 || !columns_.reserve(store, c + 1, kCellsAhead) || !widths_.extend(c + 1)) return false;
+    columns_.extend(c + 1);
+    for (int made = had; made <= c; ++made) widths_[made] = width;
+    return true;
+}
+
+bool TShtTable::growCells(TShtRow& row, int c) {
+    if (!row.reserve(store, c + 1, std::min(columns_.count(), kCellsAhead))) return false;
+    row.extend(c + 1);
+    return true;
+}
+
+bool TShtTable::insertRow(int r, std::int16_t height) {
+    if (!rows_.reserve(rows_.count() + 1)) return false;
+    rows_.insert(r);
+    rows_[r].size = height;
+    return true;
+}
+
+bool TShtTable::insertColumn(int c, std::int16_t width) {
+    if (!widths_.reserve(widths_.count() + 1) || !columns_.reserve(store, columns_.count() + 1, kCellsAhead))
+        return false;
+    for (TShtRow& row : rows_)
+        if (row.count() > c && !row.reserve(store, row.count() + 1, 0)) return false;
+    columns_.insert(c);
+    widths_.insert(c);
+    widths_[c] = width;
+    for (TShtRow& row : rows_)
+        if (row.count() > c) row.insert(c);
+    return true;
+}
+
+int TShtTable::removeCell(TShtCell& cell) {
+    const int dirty = cell.dirty ? 1 : 0;
+    store.release(cell);
+    return dirty;
+}
+
+int TShtTable::removeCells(TShtRow& row, int first, int howMany) {
+    howMany = std::min(howMany, row.count() - first);
+    if (howMany <= 0) return 0;
+    int dirty = 0;
+    for (int c = first; c < first + howMany; ++c) dirty += removeCell(row[c]);
+    row.remove(first, howMany);
+    return dirty;
+}
+
+int TShtTable::removeRows(int first, int howMany) {
+    int dirty = 0;
+    for (int r = first; r < first + howMany; ++r) {
+        TShtRow& row = rows_[r];
+        if (row.heading() != nullptr) dirty += removeCell(*row.heading());
+        dirty += removeCells(row, 0, row.count());
+        row.destroy(store);
+    }
+    rows_.remove(first, howMany);
+    return dirty;
+}
+
+int TShtTable::removeColumns(int first, int howMany) {
+    int dirty = removeCells(columns_, first, howMany);
+    widths_.remove(first, howMany);
+    for (TShtRow& row : rows_) dirty += removeCells(row, first, howMany);
+    return dirty;
+}
+
+bool TShtTable::moveColumn(int from, int to) {
+    const auto [first, last] = std::minmax(from, to);
+    for (TShtRow& row : rows_)
+        if (row.count() > first && !row.reserve(store, last + 1, 0)) return false;
+    for (TShtRow& row : rows_) {
+        if (row.count() <= first) continue;
+        row.extend(last + 1);
+        row.move(from, to);
+    }
+    columns_.move(from, to);
+    widths_.move(from, to);
+    return true;
+}
+
+void TShtTable::clear() {
+    rows_.clear();
+    columns_ = {};
+    widths_.clear();
+    store.clear();
+}
+
+}  // namespace kora

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "sheet/CellStore.h"
+#include "sheet/NumberedList.h"
+#include "sheet/Row.h"
+
+namespace kora {
+
+/// The rows and column headings of a sheet with everything in them.
+///
+/// Pointers to rows and sizes hold until rows (columns) are made, removed or moved; those to cells and headings as long
+/// as these exist and no column is inserted, removed or moved.
+class TShtTable {
+public:
+    TShtTable() = default;
+    ~TShtTable() { clear(); }
+    TShtTable(const TShtTable&) = delete;
+    TShtTable& operator=(const TShtTable&) = delete;
+
+    int rowCount() const { return rows_.count(); }
+    int colCount() const { return columns_.count(); }
+
+    // Null when there is none.
+    TShtRow* row(int r) { return rows_.holds(r) ? &rows_[r] : nullptr; }
+    TShtCell* column(int c) { return columns_.cell(c); }
+    TShtCell* cell(int r, int c) { return rows_.holds(r) ? rows_[r].cell(c) : nullptr; }
+    TShtCell* near(int r, int c) { return rows_.holds(r) ? rows_[r].near(c) : nullptr; }
+    /// The width of a column that exists.
+    std::int16_t& width(int c) { return widths_[c]; }
+
+    // The same, making what is missing up to it. Null when there is no memory or the number is none; what was made
+    // stays.
+    TShtRow* makeRow(int r, std::int16_t height) {
+        if (rows_.holds(r)) return &rows_[r];
+        return growRows(r, height) ? &rows_[r] : nullptr;
+    }
+    TShtCell* makeColumn(int c, std::int16_t width) {
+        if (TShtCell* const held = columns_.cell(c)) return held;
+        return growColumns(c, width) ? &columns_[c] : nullptr;
+    }
+    /// In a row that exists, under a column that exists.
+    TShtCell* makeCell(TShtRow& in, int c) {
+        if (TShtCell* const held = in.cell(c)) return held;
+        if (TShtCell* const made = in.append(c)) return made;
+        return growCells(in, c) ? &in[c] : nullptr;
+    }
+    TShtCell* makeHeading(TShtRow& of) { return of.heading() != nullptr || growCells(of, -1) ? of.heading() : nullptr; }
+
+    // In front of an existing one. False, with nothing changed, without memory. A column's cells are inserted with it.
+    bool insertRow(int r, std::int16_t height);
+    bool insertColumn(int c, std::int16_t width);
+    // Existing ones. The answer is how many dirty cells and headings went with them.
+    int removeRows(int first, int howMany);
+    int removeColumns(int first, int howMany);
+    // Both numbers exist. False, with no column moved, when there is no memory for the cells that are missing between.
+    void moveRow(int from, int to) { rows_.move(from, to); }
+    bool moveColumn(int from, int to);
+
+    // All rows, in order: whoever sorts them writes them back.
+    TShtRow* rowsBegin() { return rows_.begin(); }
+    TShtRow* rowsEnd() { return rows_.end(); }
+
+    void clear();
+
+    CellStore store;
+
+private:
+    bool growRows(int r, std::int16_t height);
+    bool growColumns(int c, std::int16_t width);
+    bool growCells(TShtRow& row, int c);
+    int removeCell(TShtCell& cell);
+    int removeCells(TShtRow& row, int first, int howMany);
+
+    NumberedList<TShtRow> rows_;
+    TShtRow columns_{};
+    NumberedList<std::int16_t> widths_;
+};
+
+}  // namespace kora
