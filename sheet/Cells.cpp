@@ -65,22 +65,30 @@ bool ShtSheet::ShtCellGet(short r, short c, bool& copied, char*& text, long& len
 
 bool ShtSheet::ShtCellSet(short r, short c, bool copy, char* text, long length, void* data, eShtCellUpdate update,
                           eShtCellShow showRow, eShtCellShow showCol) {
+    // Showing nothing is something that only an override would notice.
+    const bool shows = showRow != ShtCellShowNone || showCol != ShtCellShowNone ||
+                       kora::slotCode(*this, &ShtSheet::ShtCellShow) != state_->ownCellShow;
+    bool changed = false;
+    TShtCell* cell = state_->table.cell(r, c);
+    if (cell != nullptr && !shows && update == ShtCellUpdateNone && !state_->editing) {
+        if (!state_->table.store.setContents(*cell, copy, text, length, data, changed)) return false;
+        state_->markDirty(*cell);
+        return true;
+    }
     const SheetExtent before = state_->extent();
-    TShtCell* cell = cellToWrite(r, c, before);
-    if (cell == nullptr) return false;
-    if (state_->editing && state_->editRow == r && state_->editCol == c) {
+    if (cell == nullptr) cell = cellToWrite(r, c, before);
+    if (cell != nullptr && state_->editing && state_->editRow == r && state_->editCol == c) {
         endEdit();
         cell = cellToWrite(r, c, before);
-        if (cell == nullptr) return false;
     }
-    bool changed = false;
-    if (!state_->table.store.setContents(*cell, copy, text, length, data, changed)) return false;
+    if (cell == nullptr) return false;
+    if (!state_->table.store.setContents(*cell, copy, text, length, data, changed)) {
+        updateGrown(before);
+        return false;
+    }
     state_->markDirty(*cell);
     if (changed && update != ShtCellUpdateNone) redrawWritten(r, c, before);
-    // Most writers show nothing, which only an override would notice.
-    if (showRow != ShtCellShowNone || showCol != ShtCellShowNone ||
-        kora::slotCode(*this, &ShtSheet::ShtCellShow) != state_->ownCellShow)
-        ShtCellShow(r, c, showRow, showCol);
+    if (shows) ShtCellShow(r, c, showRow, showCol);
     if (update == ShtCellUpdateNow) ShtSheetUpdateNow();
     if (state_->extent() != before) updateGrown(before);
     return true;
