@@ -41,31 +41,41 @@ std::size_t endOfCell(std::string_view text) {
     return at;
 }
 
-// Where text goes: into a buffer, or nowhere when it is only measured. False when there is no more room.
-struct TextSink {
-    char* at;
+// Where text goes while it is only measured. False when there is no more room.
+struct TextMeasure {
     std::size_t room;
 
     bool put(std::string_view text) {
         if (text.size() > room) return false;
         room -= text.size();
-        if (at != nullptr) {
-            moveText(at, text.data(), text.size());
-            at += text.size();
-        }
         return true;
     }
-    bool put(char c) {
+    bool put(char) {
         if (room == 0) return false;
         --room;
-        if (at != nullptr) *at++ = c;
         return true;
     }
 };
 
-template <typename TextsOf>
-bool putRange(TextSink& to, const SheetRange& range, TextsOf textsOf) {
-    TextSink sink = to;
+struct TextBuffer : TextMeasure {
+    char* at;
+
+    bool put(std::string_view text) {
+        if (!TextMeasure::put(text)) return false;
+        moveText(at, text.data(), text.size());
+        at += text.size();
+        return true;
+    }
+    bool put(char c) {
+        if (!TextMeasure::put(c)) return false;
+        *at++ = c;
+        return true;
+    }
+};
+
+template <typename Sink, typename TextsOf>
+bool putRange(Sink& to, const SheetRange& range, TextsOf textsOf) {
+    Sink sink = to;
     for (int r = range.top; r <= range.bottom; ++r) {
         const auto textOf = textsOf(r);
         for (int c = range.left; c <= range.right; ++c) {
@@ -82,7 +92,9 @@ bool putRange(TextSink& to, const SheetRange& range, TextsOf textsOf) {
 auto textsOf(const TShtRow* row) {
     return [held = row != nullptr ? *row : TShtRow{}](int c) {
         const TShtCell* const cell = held.cell(c);
-        return cell != nullptr ? cell->view() : std::string_view();
+        if (cell == nullptr) return std::string_view();
+        if (cell->isPlain()) return std::string_view(cell->plainText(), static_cast<std::size_t>(cell->plainLength()));
+        return cell->view();
     };
 }
 
@@ -111,18 +123,18 @@ bool ShtSheet::ShtSheetToBuffer(char*& buffer, long& length, bool selectionOnly)
     endEdit();
 
     const bool isOwn = kora::slotCode(*this, &ShtSheet::ShtCellGet) == state_->ownCellGet;
-    const auto put = [&](kora::TextSink& sink) {
+    const auto put = [&](auto& sink) {
         if (isOwn) return kora::putRange(sink, range, [&](int r) { return kora::textsOf(table.row(r)); });
         return kora::putRange(sink, range,
                               [this](int r) { return [this, r](int c) { return kora::askText(*this, r, c); }; });
     };
-    kora::TextSink measured{nullptr, kora::kLargestBuffer};
+    kora::TextMeasure measured{kora::kLargestBuffer};
     if (!put(measured)) return false;
     const std::size_t size = kora::kLargestBuffer - measured.room;
     if (size == 0) return true;
     char* const memory = static_cast<char*>(::operator new(size, std::nothrow));
     if (memory == nullptr) return false;
-    kora::TextSink written{memory, size};
+    kora::TextBuffer written{{size}, memory};
     // An override may answer other texts than it did before.
     if (!put(written) || written.room != 0) {
         ShtBufferFree(memory);

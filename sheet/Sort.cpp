@@ -43,10 +43,11 @@ public:
     }
 };
 
-// False, with nothing changed, without memory.
-bool sortInTree(SortedRow* begin, SortedRow* end, SortTree&& tree) {
+// Rows in the order in which a tree gets them. False, with nothing changed, without memory.
+bool sortInTree(SortedRow* begin, SortedRow* end) {
     const std::unique_ptr<RowElement[]> elements(new (std::nothrow) RowElement[static_cast<std::size_t>(end - begin)]);
     if (elements == nullptr) return false;
+    RowSortTree tree;
     RowElement* element = elements.get();
     std::for_each(begin, end, [&](const SortedRow& sorted) {
         element->sorted = sorted;
@@ -58,47 +59,73 @@ bool sortInTree(SortedRow* begin, SortedRow* end, SortTree&& tree) {
     return true;
 }
 
-// Sorts rows that are equal so far by one more text of each.
+// Calls `each` with the ends of every run of rows of which each belongs to the one in front.
+template <typename Belongs, typename Each>
+void eachRun(SortedRow* begin, SortedRow* end, Belongs belongs, Each each) {
+    for (SortedRow *first = begin, *behind; first != end; first = behind) {
+        behind = first + 1;
+        while (behind != end && belongs(behind[-1], *behind)) ++behind;
+        each(first, behind);
+    }
+}
+
+// Sorts rows that are equal so far by one more text of each: by keys, where these are equal but not the whole texts by
+// keys of what follows, and in the end by the texts.
 template <typename TextOf>
-void sortTied(SortedRow* begin, SortedRow* end, TextOf textOf) {
+void sortTied(SortedRow* begin, SortedRow* end, TextOf textOf, int rounds = 4) {
+    if (rounds == 0) {
+        const auto compare = [&](const SortedRow& a, const SortedRow& b) {
+            return compareCellTexts(textOf(a.row), textOf(b.row));
+        };
+        std::stable_sort(begin, end, [&](const SortedRow& a, const SortedRow& b) { return compare(a, b) < 0; });
+        begin->isTied = false;
+        for (SortedRow* sorted = begin + 1; sorted != end; ++sorted) sorted->isTied = compare(sorted[-1], *sorted) == 0;
+        return;
+    }
     TextKeys keys;
     std::for_each(begin, end, [&](const SortedRow& sorted) { keys.add(textOf(sorted.row)); });
     std::for_each(begin, end, [&](SortedRow& sorted) { sorted.key = keys.key(textOf(sorted.row)); });
-    const auto compare = [&textOf](const SortedRow& a, const SortedRow& b) {
-        if (a.key != b.key) return a.key < b.key ? -1 : 1;
-        return TextKeys::isWhole(a.key) ? 0 : compareCellTexts(textOf(a.row), textOf(b.row));
-    };
-    std::stable_sort(begin, end, [&](const SortedRow& a, const SortedRow& b) { return compare(a, b) < 0; });
-    begin->isTied = false;
-    for (SortedRow* sorted = begin + 1; sorted != end; ++sorted) sorted->isTied = compare(sorted[-1], *sorted) == 0;
+    std::stable_sort(begin, end, [](const SortedRow& a, const SortedRow& b) { return a.key < b.key; });
+    const auto sameKey = [](const SortedRow& a, const SortedRow& b) { return a.key == b.key; };
+    eachRun(begin, end, sameKey, [&](SortedRow* first, SortedRow* behind) {
+        if (behind - first > 1 && !TextKeys::isWhole(first->key)) return sortTied(first, behind, textOf, rounds - 1);
+        first->isTied = false;
+        std::for_each(first + 1, behind, [](SortedRow& sorted) { sorted.isTied = true; });
+    });
 }
 
-// The tree's order, without its n * n / 2 comparisons for rows that are in order already, where the comparison cannot
-// contradict itself: by the first @p howMany texts of each, equal rows in reverse. Answers whether there are such.
-template <typename TextOf>
-bool sortByTexts(SortedRow* begin, SortedRow* end, int howMany, TextOf textOf) {
-    const auto isTied = [](const SortedRow& sorted) { return sorted.isTied; };
-    std::reverse(begin, end);
-    for (int nth = 0; nth < howMany; ++nth) {
-        for (SortedRow *first = begin, *behind; first != end; first = behind) {
-            behind = std::find_if_not(first + 1, end, isTied);
-            if (behind - first > 1) sortTied(first, behind, [&](const TShtRow& row) { return textOf(row, nth); });
-        }
-    }
-    return std::any_of(begin, end, isTied);
-}
-
+// A tree of rows would take n * n / 2 comparisons for rows that are in order already. It puts groups of rows that
+// differ where all of them have cells in order, equal ones in reverse, and a group's rows among themselves as if it
+// held no others. So it is needed for those rows alone that are equal until some, not all, of them run out of cells:
+// such a row is equal to rows that differ from each other, and the order depends on who met whom.
 bool sortByCells(SortedRow* begin, SortedRow* end) {
-    const auto [shortest, longest] = std::minmax_element(
-        begin, end, [](const SortedRow& a, const SortedRow& b) { return a.row.count() < b.row.count(); });
-    const int fewest = shortest->row.count();
-    const bool isRagged = fewest < longest->row.count();
-    const auto textOf = [](const TShtRow& row, int c) { return row[c].view(); };
-    // A row that runs out of cells is equal to rows that differ from each other. That is no contradiction as long as it
-    // never comes to it, because the cells that all rows have tell them apart.
-    if (!sortByTexts(begin, end, fewest, textOf) || !isRagged) return true;
-    std::sort(begin, end, [](const SortedRow& a, const SortedRow& b) { return a.number < b.number; });
-    return sortInTree(begin, end, RowSortTree());
+    std::reverse(begin, end);
+    bool goesOn = true, hasMemory = true;
+    for (int c = 0; goesOn && hasMemory; ++c) {
+        goesOn = false;
+        const auto isTied = [](const SortedRow&, const SortedRow& next) { return next.isTied; };
+        eachRun(begin, end, isTied, [&](SortedRow* first, SortedRow* behind) {
+            if (behind - first == 1) return;
+            const auto [shortest, longest] = std::minmax_element(
+                first, behind, [](const SortedRow& a, const SortedRow& b) { return a.row.count() < b.row.count(); });
+            const int fewest = shortest->row.count(), most = longest->row.count();
+            if (fewest > c) {
+                goesOn = true;
+                return sortTied(first, behind, [c](const TShtRow& row) { return row[c].view(); });
+            }
+            if (fewest < most) {
+                std::reverse(first, behind);
+                if (!sortInTree(first, behind)) hasMemory = false;
+            }
+            std::for_each(first, behind, [](SortedRow& sorted) { sorted.isTied = false; });
+        });
+    }
+    return hasMemory;
+}
+
+void sortByHeadings(SortedRow* begin, SortedRow* end) {
+    std::reverse(begin, end);
+    sortTied(begin, end, headingOf);
 }
 
 // Answers where a row is afterwards. Without memory all stay where they are.
@@ -111,7 +138,7 @@ int sortRows(TShtTable& table, eShtSort by, int followed) {
         return SortedRow{row, static_cast<std::int32_t>(&row - table.rowsBegin()), /*isTied=*/true, 0};
     });
     if (by == ShtSortHeadings)
-        sortByTexts(rows.get(), end, 1, [](const TShtRow& row, int) { return headingOf(row); });
+        sortByHeadings(rows.get(), end);
     else if (!sortByCells(rows.get(), end))
         return followed;
     std::transform(rows.get(), end, table.rowsBegin(), [](const SortedRow& sorted) { return sorted.row; });
