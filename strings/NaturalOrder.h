@@ -40,7 +40,8 @@ int compareNatural(std::string_view a, std::string_view b, Order order) {
         const int y = order(b[j++]);
         if (x != y) return x < y ? -1 : 1;
     }
-    return static_cast<int>(i < a.size()) - static_cast<int>(j < b.size());
+    if (i < a.size()) return 1;
+    return j < b.size() ? -1 : 0;
 }
 
 }  // namespace kora
