@@ -153,9 +153,8 @@ bool ShtSheet::ShtSheetFromBuffer(char* buffer, long length, bool atSelection, b
     std::unique_ptr<char[]> copy;
     if (table.rowCount() > 0 || table.colCount() > 0) {
         copy.reset(new (std::nothrow) char[rest.size()]);
-        if (copy == nullptr) return false;
-        std::memcpy(copy.get(), buffer, rest.size());
-        rest = {copy.get(), rest.size()};
+        if (copy != nullptr) std::memcpy(copy.get(), buffer, rest.size());
+        rest = {copy.get(), copy != nullptr ? rest.size() : 0};
     }
 
     if (ShtSheetVirtGet()) create = true;
@@ -166,8 +165,8 @@ bool ShtSheet::ShtSheetFromBuffer(char* buffer, long length, bool atSelection, b
 
     const bool hasHook = kora::slotCode(*this, &ShtSheet::ShtProgCellChange) != state_->ownProgCellChange;
     // A text ends at its first NUL. One look at all of them saves one at each.
-    const bool hasNul = std::memchr(rest.data(), 0, rest.size()) != nullptr;
-    bool goesOn = true;
+    bool goesOn = rest.data() != nullptr;
+    const bool hasNul = goesOn && std::memchr(rest.data(), 0, rest.size()) != nullptr;
     int r = start.top, c = start.left, widest = 0, lastWidth = 0;
     kora::TShtRow* row = nullptr;  // at hand until the row ends or a hook may have taken it away
     while (!rest.empty() && goesOn) {
@@ -203,7 +202,9 @@ bool ShtSheet::ShtSheetFromBuffer(char* buffer, long length, bool atSelection, b
         rest.remove_prefix(size + 1);
     }
     ShtProgCellChangeDone(goesOn);
-    redraw(start.top, start.left, r - 1, widest - 1);
+    // The last row may have no end.
+    const bool isOpen = c > start.left;
+    redraw(start.top, start.left, isOpen ? r : r - 1, std::max(widest, c) - 1);
     if (create) updateScrollBars(true, true);
     return true;
 }
