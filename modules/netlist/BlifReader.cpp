@@ -111,10 +111,16 @@ private:
 
     Model& model() { return models_.back(); }
 
-    bool drive(Model& driven, NetId net, long line) {
-        const long before = driven.drive(net, line);
-        return before == 0 || complain(line, quoted(driven.nets[net].name) + " is driven twice, first in line " +
-                                                 std::to_string(before));
+    bool drive(Model& driven, NetId net, Driver driver) {
+        const long before = driven.drive(net, driver);
+        return before == 0 || complain(driver.line, quoted(driven.nets[net].name) + " is driven twice, first in line " +
+                                                        std::to_string(before));
+    }
+
+    bool addGate(Gate gate, long line) {
+        const NetId output = gate.output;
+        model().gates.push_back(std::move(gate));
+        return drive(model(), output, {Driver::gate, model().gates.size() - 1, line});
     }
 
     // The model before ends here too if it has no .end of its own.
@@ -138,7 +144,7 @@ private:
             const NetId net = model().net(word.text);
             model().inputs.push_back(net);
             model().nets[net].isInput = true;
-            if (!drive(model(), net, word.line)) return false;
+            if (!drive(model(), net, {Driver::input, model().inputs.size() - 1, word.line})) return false;
         }
         return true;
     }
@@ -158,9 +164,8 @@ private:
         for (const Word& word : words.first(words.size() - 1))
             gate.inputs.push_back(model().feed(model().net(word.text)));
         gate.output = model().net(output.text);
-        model().gates.push_back(std::move(gate));
         inFunction_ = true;
-        return drive(model(), model().gates.back().output, output.line);
+        return addGate(std::move(gate), output.line);
     }
 
     // "10- 1": where the inputs are like that, the output is 1; a function without inputs has the second part alone.
@@ -188,7 +193,7 @@ private:
         Latch latch{model().feed(model().net(words[0].text)), model().net(words[1].text), {}};
         if (words.size() >= 4 && words[3].text != "NIL") latch.control = model().feed(model().net(words[3].text));
         model().latches.push_back(latch);
-        return drive(model(), latch.output, words[1].line);
+        return drive(model(), latch.output, {Driver::latch, model().latches.size() - 1, words[1].line});
     }
 
     // PIN=SIGNAL
@@ -210,8 +215,7 @@ private:
             if (&word != &words.back()) gate.inputs.push_back(model().feed(model().net(signal)));
         }
         gate.output = model().net(signal);
-        model().gates.push_back(std::move(gate));
-        return drive(model(), model().gates.back().output, words.back().line);
+        return addGate(std::move(gate), words.back().line);
     }
 
     bool takeSubckt(const Word& statement, Words words) {
@@ -228,12 +232,13 @@ private:
     // Which way a part's pins go is known only once all models are.
     bool connectParts() {
         for (Model& user : models_)
-            for (const Part& part : user.parts)
-                if (!connect(user, part)) return false;
+            for (std::size_t place = 0; place < user.parts.size(); ++place)
+                if (!connect(user, place)) return false;
         return true;
     }
 
-    bool connect(Model& user, const Part& part) {
+    bool connect(Model& user, std::size_t partPlace) {
+        Part& part = user.parts[partPlace];
         const auto place = places_.find(part.model);
         for (const Part::Pin& pin : part.pins) {
             if (place == places_.end()) {
@@ -242,9 +247,10 @@ private:
             }
             const Net* port = models_[place->second].find(pin.name);
             if (port != nullptr && port->isOutput) {
-                if (!drive(user, pin.net, part.line)) return false;
+                if (!drive(user, pin.net, {Driver::part, partPlace, part.line})) return false;
             } else if (port != nullptr && port->isInput) {
                 user.feed(pin.net);
+                ++part.fanIn;
             } else {
                 return complain(part.line, "model " + quoted(part.model) + " has no pin " + quoted(pin.name));
             }

@@ -4,7 +4,7 @@ namespace netlist {
 
 NetId Model::net(const CString& netName) {
     const auto [place, isNew] = byName_.try_emplace(netName, nets.size());
-    if (isNew) nets.push_back({netName});
+    if (isNew) nets.emplace_back().name = netName;
     return place->second;
 }
 
@@ -13,10 +13,10 @@ const Net* Model::find(const CString& netName) const {
     return place != byName_.end() ? &nets[place->second] : nullptr;
 }
 
-long Model::drive(NetId net, long line) {
-    long& drivenIn = nets[net].drivenIn;
-    if (drivenIn != 0) return drivenIn;
-    drivenIn = line;
+long Model::drive(NetId net, Driver driver) {
+    Driver& present = nets[net].driver;
+    if (present.kind != Driver::none) return present.line;
+    present = driver;
     return 0;
 }
 

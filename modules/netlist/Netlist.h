@@ -11,13 +11,24 @@ namespace netlist {
 /// A signal, by its place in Model::nets.
 using NetId = std::size_t;
 
+/// What drives a signal.
+struct Driver {
+    enum Kind { none, input, gate, latch, part };
+    Kind kind = none;
+    std::size_t place = 0;  ///< in Model::gates, latches or parts
+    long line = 0;          ///< of the file, 0 when there is none
+};
+
 struct Net {
     CString name;
-    long drivenIn = 0;     ///< the line of the file that drives it, 0 when none does
+    Driver driver;
     long fanOut = 0;       ///< how many pins of gates, latches and parts it feeds
     bool isInput = false;  ///< of the model
     bool isOutput = false;
     bool onUnknownPin = false;  ///< at a pin whose direction the file does not tell
+
+    /// Whether something drives it, or may.
+    bool isDriven() const { return driver.kind != Driver::none || onUnknownPin; }
 };
 
 /// A logic function, or a gate of a library.
@@ -43,6 +54,7 @@ struct Part {
     CString model;
     std::vector<Pin> pins;
     long line;
+    std::size_t fanIn = 0;  ///< how many of the pins take a signal
 };
 
 /// One model of a netlist file.
@@ -58,9 +70,9 @@ struct Model {
     NetId net(const CString& netName);
     /// The signal of this name, null when there is none.
     const Net* find(const CString& netName) const;
-    /// Notes that line @p line drives a signal.
-    /// @return the line that drives it already, 0 when none did.
-    long drive(NetId net, long line);
+    /// Notes what drives a signal, unless something does already.
+    /// @return the line of what did, 0 when nothing did.
+    long drive(NetId net, Driver driver);
     /// Notes a pin that a signal feeds.
     NetId feed(NetId net);
 

@@ -28,21 +28,20 @@ bool inNaturalOrder(const CString& a, const CString& b) {
     return StrCompareName(a.c_str(), -1, b.c_str(), -1, /*caseSensitive=*/true) < 0;
 }
 
-CString leaders(const Model& model) {
-    std::vector<const Net*> nets;
-    for (const Net& net : model.nets)
-        if (net.fanOut > 1) nets.push_back(&net);
-    const auto end = nets.begin() + static_cast<std::ptrdiff_t>(std::min(kLeaders, nets.size()));
-    std::partial_sort(nets.begin(), end, nets.end(), [](const Net* a, const Net* b) {
-        return a->fanOut != b->fanOut ? a->fanOut > b->fanOut : inNaturalOrder(a->name, b->name);
-    });
-    CString line;
-    for (auto net = nets.begin(); net != end; ++net)
-        line += (line.empty() ? "" : ", ") + (*net)->name + ' ' + std::to_string((*net)->fanOut);
-    return line;
-}
-
 }  // namespace
+
+std::vector<NetId> leaders(const Model& model) {
+    std::vector<NetId> nets;
+    for (NetId net = 0; net < model.nets.size(); ++net)
+        if (model.nets[net].fanOut > 1) nets.push_back(net);
+    const auto end = nets.begin() + static_cast<std::ptrdiff_t>(std::min(kLeaders, nets.size()));
+    std::partial_sort(nets.begin(), end, nets.end(), [&model](NetId left, NetId right) {
+        const Net &a = model.nets[left], &b = model.nets[right];
+        return a.fanOut != b.fanOut ? a.fanOut > b.fanOut : inNaturalOrder(a.name, b.name);
+    });
+    nets.erase(end, nets.end());
+    return nets;
+}
 
 CStringArray report(const Model& model) {
     CStringArray lines{"model " + model.name + ": " + counts(model)};
@@ -60,11 +59,13 @@ CStringArray report(const Model& model) {
     for (const NetId net : model.outputs) outputs.push_back(model.nets[net].name);
     for (const Latch& latch : model.latches) latches.push_back(model.nets[latch.output].name);
     for (const Net& net : model.nets) {
-        const bool isDriven = net.drivenIn != 0 || net.onUnknownPin;
-        if (!isDriven) undriven.push_back(net.name);
-        if (isDriven && !net.isInput && !net.isOutput) internal.push_back(net.name);
+        if (!net.isDriven()) undriven.push_back(net.name);
+        if (net.isDriven() && !net.isInput && !net.isOutput) internal.push_back(net.name);
     }
-    add("largest fan-out", leaders(model));
+    CString largest;
+    for (const NetId net : leaders(model))
+        largest += (largest.empty() ? "" : ", ") + model.nets[net].name + ' ' + std::to_string(model.nets[net].fanOut);
+    add("largest fan-out", largest);
     addList("inputs", inputs);
     addList("outputs", outputs);
     addList("latches", latches);
