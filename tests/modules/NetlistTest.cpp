@@ -2,11 +2,15 @@
 #include <kora/File.h>
 
 #include <random>
+#include <regex>
 #include <string>
 #include <vector>
 
 #include "modules/netlist/BlifReader.h"
 #include "modules/netlist/Report.h"
+#include "modules/netlist/SheetPage.h"
+#include "modules/netlist/SheetText.h"
+#include "modules/netlist/SignalTable.h"
 #include "platform/Platform.h"
 #include "tests/support/TestFolder.h"
 
@@ -15,6 +19,7 @@ namespace {
 using kora::test::TestFolder;
 using netlist::Model;
 using testing::ElementsAre;
+using testing::HasSubstr;
 
 std::string bundled(const std::string& name) {
     return kora::platform::environment().programDirectory() + "\\netlists\\" + name;
@@ -154,6 +159,99 @@ TEST(BlifReader, DamagedFiles) {
         ASSERT_EQ(reading.good, reading.complaint.text.empty()) << damaged;
         if (reading.good)
             for (const Model& model : reading.models) netlist::report(model);
+    }
+}
+
+// A sheet that is ready, and whose buffers hold less than they may.
+struct SmallBuffers : ShtSheet {
+    SmallBuffers() : ShtSheet(nullptr, nullptr, 0) {}
+    bool ShtSheetToBuffer(char*& buffer, long& length, bool selectionOnly) override {
+        if (ShtSheet::ShtSheetToBuffer(buffer, length, selectionOnly) && length <= most) return true;
+        ShtBufferFree(buffer);
+        return false;
+    }
+    void put(int r, int c, std::string text) {
+        ShtCellSet(static_cast<short>(r), static_cast<short>(c), true, text.data(), static_cast<long>(text.size()),
+                   nullptr, ShtCellUpdateNone, ShtCellShowNone, ShtCellShowNone);
+    }
+    long most = 64000;
+};
+
+TEST(SignalTable, OfEveryKindOfSignal) {
+    const Reading reading = readText(
+        ".model m\n.inputs s10 s9 a\n.outputs y a\n.names s10 s9 y\n11 1\n.names one\n1\n.gate INV A=lost O=g\n"
+        ".latch g q re s9 0\n.latch q p\n.subckt n x=one x2=q z=part\n.subckt other u=what\n.end\n"
+        ".model n\n.inputs x x2\n.outputs z\n.names x x2 z\n11 1\n.end\n");
+    SmallBuffers sheet;
+    ASSERT_TRUE(netlist::fillSignalTable(sheet, reading.models));
+    std::string rows;
+    for (short r = 0; r < 14; ++r, rows += '\n') {
+        rows += netlist::rowHeading(sheet, r);
+        for (short c = 0; c < 6; ++c) {
+            char mark;
+            int rank = 0;
+            sheet.ShtCellMarkGet(r, c, mark, rank);
+            rows += sheet.ShtCellProtectGet(r, c) ? '#' : '|';
+            rows += netlist::cellText(sheet, r, c);
+            if (mark != 0) rows += mark + std::to_string(rank);
+        }
+    }
+    EXPECT_EQ(rows,
+              "1#m#a|input, output|0|0|input\n2#m#g|internal|1|1|gate INV\n3#m#lost|undriven|0|1|nothing!0\n"
+              "4#m#one|internal|0|1|constant\n5#m#p|latch|1|0!0|latch\n6#m#part|internal|2|0!0|part n\n"
+              "7#m#q|latch|2|2*1|latch\n8#m#s9|input|0|2*2|input\n9#m#s10|input|0|1|input\n"
+              "10#m#what|internal||0|unknown?0\n11#m#y|output|2|0|function of 2 inputs\n"
+              "12#n#x|input|0|1|input\n13#n#x2|input|0|1|input\n14#n#z|output|2|0|function of 2 inputs\n");
+    EXPECT_THAT(netlist::sheetAsCsv(sheet),
+                HasSubstr("Model,Name,Kind,Fan-in,Fan-out,Driver\r\nm,a,\"input, output\","));
+    const std::string page = netlist::sheetAsHtml(sheet, "<m>");
+    EXPECT_THAT(page, HasSubstr("<title>&#60;m&#62;</title>"));
+    EXPECT_THAT(page, HasSubstr("<tr><th scope=\"row\">7</th><td class=\"p\">m</td><td class=\"p\">q</td><td>latch</td>"
+                                "<td class=\"r\">2</td><td class=\"r\" data-mark=\"*\">2</td><td>latch</td></tr>\n"));
+    EXPECT_THAT(page, HasSubstr("<col style=\"width:22.00ch\"></colgroup>"));  // "function of 2 inputs" and a margin
+    sheet.put(0, 0, "<&\"'>\x01\t\x7f\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80");
+    // no UTF-8: alone, cut off, longer than need be, half of a pair, too large; and a control character
+    sheet.put(0, 1, "\xe9.\xe2\x82.\xc0\xaf\xe0\x80\xed\xa0\xf4\x90\xc2\x85");
+    EXPECT_THAT(
+        netlist::sheetAsHtml(sheet, ""),
+        HasSubstr(
+            "&#60;&#38;&#34;&#39;&#62;&#9217;&#9225;&#9249;\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80</td><td class=\"p\">"
+            "&#233;.&#226;&#65533;.&#192;&#175;&#224;&#65533;&#237;&#160;&#244;&#65533;&#194;&#65533;<"));
+}
+
+// Reads as RFC 4180 has it; "end" stands for the end of a line.
+std::vector<std::string> readCsv(const std::string& csv) {
+    static const std::regex field(R"x((?:"((?:[^"]|"")*)"|([^,"\r\n]*))(,|\r\n))x"), pair("\"\"");
+    std::vector<std::string> fields;
+    std::sregex_iterator match(csv.begin(), csv.end(), field, std::regex_constants::match_continuous);
+    for (; match != std::sregex_iterator(); ++match) {
+        fields.push_back(std::regex_replace(match->str(1), pair, "\"") + match->str(2));
+        if (match->str(3) != ",") fields.emplace_back("end");
+    }
+    return fields;
+}
+
+// Random texts of the characters that matter: CSV reads back as it was, a table in pieces is the table in one.
+TEST(SheetText, KeepsEveryCharacter) {
+    std::mt19937 random(7);
+    for (int round = 0; round < 60; ++round) {
+        SmallBuffers sheet;
+        std::vector<std::string> texts{"0", "1", "end"};
+        for (int cell = 0; cell < 2 + round / 2 * 2; ++cell) {
+            texts.emplace_back();
+            while (random() % 4 != 0) texts.back() += ",\"\r\n\t ;a\xe9"[random() % 9];
+            sheet.put(cell / 2, cell % 2, texts.back());
+            if (cell % 2 != 0) texts.emplace_back("end");
+        }
+        EXPECT_EQ(readCsv(netlist::sheetAsCsv(sheet)), texts) << round;
+        char* buffer;
+        ASSERT_TRUE(sheet.ShtSheetToBuffer(buffer, sheet.most, false));
+        const std::string whole(buffer, static_cast<std::size_t>(sheet.most));
+        ShtBufferFree(buffer);
+        sheet.ShtSheetSelectSet(ShtSelectRows, 1, 2, 3, 4);
+        for (std::string pieces; netlist::sheetAsTsv(sheet, pieces); --sheet.most) ASSERT_EQ(pieces, whole);
+        EXPECT_LT(sheet.most, static_cast<long>(whole.size()));
+        EXPECT_EQ(sheet.ShtSheetSelectGet(nullptr, nullptr, nullptr, nullptr), ShtSelectRows);
     }
 }
 
