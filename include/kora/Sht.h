@@ -147,7 +147,7 @@ public:
     /// capitals come before small letters and 0x80 to 0xFF before both. By cells, the first pair of cells that differs
     /// decides. Equal rows come out in the reverse order of before. Rows of which one has no cells left to compare
     /// count as equal: rows of different lengths can make an order that contradicts itself, and come out as a SortTree
-    /// hands them back.
+    /// hands them back. Without memory the rows stay where they are.
     virtual void ShtSheetSort(eShtSort by);
     /// Sets row heights, column widths and the width of the row headings' band. Nothing happens when the sheet has no
     /// rows or no columns. A width is that of the widest text and 200 more; sizes stay within 16 bits.
@@ -179,7 +179,8 @@ public:
     virtual bool ShtSheetToBuffer(char*& buffer, long& length, bool selectionOnly);
     /// Bulk: reads cells from such a text, from the selection's top left on or from (0, 0). CR and LF each end a row,
     /// so CR LF leaves an empty row between. With @p create, or in virtual mode, missing rows and columns are made;
-    /// without it what lies outside is dropped.
+    /// without it what lies outside is dropped. @p buffer may be the text of one of the sheet's cells; when there is no
+    /// memory to hold it apart meanwhile, nothing is read and ShtProgCellChangeDone() is told false.
     /// @return false only when @p atSelection is true and nothing is selected
     virtual bool ShtSheetFromBuffer(char* buffer, long length, bool atSelection, bool create);
     /// ShtSheetCopy(), then ShtSheetClear(true, false) if that succeeded.
