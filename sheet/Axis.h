@@ -30,6 +30,7 @@ public:
         return i - first_;
     }
 
+    bool exists(int n) const { return n < count_; }
     bool isWhole(int n) const { return n >= first_ && n < first_ + whole(); }
 
     /// The element to begin with so that @p n is the last one that is visible whole.

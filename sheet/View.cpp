@@ -46,10 +46,11 @@ LRCT rectOf(SheetState& state, const LRCT& client, int top, int left, int bottom
     return {kora::wrapped(rows.begin), kora::wrapped(cols.begin), kora::wrapped(rows.end), kora::wrapped(cols.end)};
 }
 
-// What is scrolled to when an element is to be shown; the one that is first now when nothing is to be done.
+// What is scrolled to when an element is to be shown; the one that is first now when nothing is to be done, or the
+// element has gone because an override of the window's operations changed the sheet.
 template <class Axis>
 int scrolled(const Axis& axis, int first, int n, eShtCellShow show) {
-    if (show == ShtCellShowNone || axis.isWhole(n)) return first;
+    if (show == ShtCellShowNone || !axis.exists(n) || axis.isWhole(n)) return first;
     if (show == ShtCellShowFirst) return n;
     if (show == ShtCellShowMiddle) return (n + axis.firstIfLast(n)) / 2;
     if (show == ShtCellShowLast) return axis.firstIfLast(n);
