@@ -42,9 +42,7 @@ struct CellModel {
 /// The sheet once more, as plainly as it can be said: one map of all there is, every rule written out where it acts.
 /// Rows are axis 0, columns axis 1.
 struct SheetModel {
-    using Place =
-        std::array<int, 2>;  // row and column; the heading of a row stands in column -1, of a column in row -1
-
+    using Place = std::array<int, 2>;    // row and column; row headings are in column -1, column headings in row -1
     using Range = std::array<Place, 2>;  // first and last of both
 
     std::map<Place, CellModel> cells;
@@ -57,9 +55,10 @@ struct SheetModel {
     std::vector<bool> told;                      // and ShtProgCellChangeDone()
     std::size_t stopAt = 0;
 
-    // Reading
-
-    CellModel* find(Place at) { return cells.count(at) != 0 ? &cells[at] : nullptr; }
+    CellModel* find(Place at) {
+        const auto it = cells.find(at);
+        return it != cells.end() ? &it->second : nullptr;
+    }
     CellModel* heading(unsigned axis, int n) { return n < 0 ? nullptr : find(axis == 0 ? Place{n, -1} : Place{-1, n}); }
     CellModel* cell(int r, int c) { return r < 0 || c < 0 ? nullptr : find({r, c}); }
     Place used() const {
@@ -88,8 +87,6 @@ struct SheetModel {
                 text.append(c != (*range)[0][1], '\t').append(cell(r, c) ? cell(r, c)->view() : "");
         return text;
     }
-
-    // Writing
 
     bool extend(unsigned axis, int n) {
         for (int& end = count[axis]; n < 32767 && end <= n; ++end)
@@ -122,8 +119,6 @@ struct SheetModel {
         return count[0] > 0 && count[1] > 0 && (!scrolls || (extend(0, r) && extend(1, c)));
     }
 
-    // Rows and columns
-
     // Everything moves to its new number; what gets -2 goes.
     void renumber(unsigned axis, const std::function<int(int)>& toNew) {
         std::map<Place, CellModel> moved;
@@ -133,9 +128,9 @@ struct SheetModel {
             if (to[axis] == -2)
                 dirtyCells -= static_cast<int>(cell[kDirty]);
             else
-                moved[to] = cell;
+                moved[to] = std::move(cell);
         }
-        cells = moved;
+        cells = std::move(moved);
     }
     bool add(unsigned axis, int n) {
         if (n == -1) n = selected() ? (*selected())[0][axis] : count[axis];
@@ -204,8 +199,6 @@ struct SheetModel {
             if (x != y) return x < y ? -1 : 1;
         }
     }
-
-    // The whole sheet
 
     void setVirtual(bool on) {
         if (std::exchange(isVirtual, on) == on) return;
