@@ -5,6 +5,7 @@
 #include "sheet/BusyCursor.h"
 #include "sheet/State.h"
 
+using kora::SheetLine;
 using kora::SheetState;
 using kora::TShtCell;
 
@@ -36,7 +37,7 @@ int fitCells(WinSurface& surface, SheetState& state, int r, bool columns) {
         const LPNT size = measured(surface, *cell);
         height = std::max(height, size.v);
         if (!columns || c >= state.table.colCount()) continue;
-        std::int16_t& width = state.table.width(c);
+        std::int16_t& width = state.table.size(SheetLine::column, c);
         width = std::max(width, widthFor(size));
     }
 }
@@ -47,27 +48,30 @@ void ShtSheet::ShtSheetAutoSize(eShtAutoSize rows, eShtAutoSize cols, eShtHeader
     SheetState& state = *state_;
     if (state.table.rowCount() == 0 || state.table.colCount() == 0) return;
     if (rows == ShtAutoSizeNone && cols == ShtAutoSizeNone && header == ShtHeaderSizeNone) return;
-    if (header == ShtHeaderSizeHalf) state.rowBandWidth = static_cast<std::int16_t>(state.defaultColWidth / 2);
-    if (header == ShtHeaderSizeDefault) state.rowBandWidth = state.defaultColWidth;
+    std::int16_t& band = state.bandSize.column;
+    if (header == ShtHeaderSizeHalf) band = static_cast<std::int16_t>(state.defaultSize.column / 2);
+    if (header == ShtHeaderSizeDefault) band = state.defaultSize.column;
     endEdit();
     kora::BusyCursor busy(*this);
     WinFontSet(&state.cellFont);
     const bool fitRows = rows == ShtAutoSizeFit, fitCols = cols == ShtAutoSizeFit, fitBand = header == ShtHeaderSizeFit;
     for (int c = 0; cols != ShtAutoSizeNone && c < state.table.colCount(); ++c) {
-        const std::int16_t width = fitCols ? widthFor(measured(*this, *state.table.column(c))) : state.defaultColWidth;
-        if (c < state.table.colCount()) state.table.width(c) = width;
+        const std::int16_t width =
+            fitCols ? widthFor(measured(*this, *state.table.column(c))) : state.defaultSize.column;
+        if (c < state.table.colCount()) state.table.size(SheetLine::column, c) = width;
     }
     for (int r = 0; r < state.table.rowCount(); ++r) {
         int height = 0;
         if (fitRows || fitBand) {
-            const LPNT size = measured(*this, *state.heading(r));
+            const LPNT size = measured(*this, *state.heading(SheetLine::row, r));
             height = size.v;
-            if (fitBand) state.rowBandWidth = std::max(state.rowBandWidth, widthFor(size));
+            if (fitBand) band = std::max(band, widthFor(size));
         }
         if (fitRows || fitCols) height = std::max(height, fitCells(*this, state, r, fitCols));
         kora::TShtRow* const row = rows != ShtAutoSizeNone ? state.table.row(r) : nullptr;
-        if (row != nullptr) row->size = fitRows && height > 0 ? cutTo16(height) : state.defaultRowHeight;
+        if (row != nullptr) row->size = fitRows && height > 0 ? cutTo16(height) : state.defaultSize.row;
         busy.next();
     }
-    updateSizes();
+    updateScrollBars();
+    redrawSheet();
 }

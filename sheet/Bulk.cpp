@@ -10,6 +10,8 @@
 
 using kora::BusyCursor;
 using kora::kToEnd;
+using kora::SheetExtent;
+using kora::SheetLine;
 using kora::SheetRange;
 using kora::SheetState;
 using kora::TShtCell;
@@ -72,86 +74,68 @@ void ShtSheet::ShtSheetClear(bool selectionOnly, bool headingsToo) {
     for (int c = range.left; headingsToo && c < table.colCount(); ++c) clear(*state_, *state_->table.column(c));
     bool goOn = true;
     for (int r = range.top; goOn && r <= range.bottom && r < table.rowCount(); ++r) {
-        TShtCell* const heading = headingsToo ? state_->makeHeading(r) : nullptr;
+        TShtCell* const heading = headingsToo ? state_->makeHeading(SheetLine::row, r) : nullptr;
         if (heading != nullptr) clear(*state_, *heading);
         for (int c = range.left; goOn && c <= range.right && state_->table.cell(r, c) != nullptr; ++c)
             goOn = bulkClear(r, c);
         busy.next();
     }
     ShtProgCellChangeDone(goOn);
-    redraw(range.top, range.left, range.bottom, range.right);
+    redraw(range);
     if (!headingsToo) return;
-    redraw(-1, 0, -1, kToEnd);
-    redraw(0, -1, kToEnd, -1);
+    redraw({-1, 0, -1, kToEnd});
+    redraw({0, -1, kToEnd, -1});
 }
 
-void ShtSheet::ShtSheetFillDown(bool headingsToo) {
+void ShtSheet::ShtSheetFillDown(bool headingsToo) { fill(SheetLine::row, headingsToo); }
+void ShtSheet::ShtSheetFillRight(bool headingsToo) { fill(SheetLine::column, headingsToo); }
+
+// From the first row (column) of the selection over the others.
+void ShtSheet::fill(SheetLine along, bool headingsToo) {
     endEdit();
     SheetRange range;
     if (!selectedRange(range)) return;
     if (state_->selection != ShtSelectCells && ShtSheetVirtGet()) return UtlBeep();
     BusyCursor busy(*this);
     const auto& table = state_->table;
+    const SheetLine across = kora::other(along);
+    const int source = range.first(along);
     bool goOn = true;
-    for (int c = range.left; goOn && c <= range.right && c < table.colCount(); ++c) {
-        const std::optional<std::string> text = textOf(state_->table.cell(range.top, c));
-        for (int r = range.top + 1; goOn && r <= range.bottom && r < table.rowCount(); ++r) {
+    for (int i = range.first(across); goOn && i <= range.last(across) && i < table.count(across); ++i) {
+        const auto place = [=](int n) { return along == SheetLine::row ? SheetExtent{n, i} : SheetExtent{i, n}; };
+        const auto [r, c] = place(source);
+        const std::optional<std::string> text = textOf(state_->table.cell(r, c));
+        for (int n = source + 1; goOn && n <= range.last(along) && n < table.count(along); ++n) {
             busy.next();
-            goOn = bulkSet(r, c, text);
+            goOn = bulkSet(place(n).row, place(n).column, text);
         }
     }
     ShtProgCellChangeDone(goOn);
-    redraw(range.top, range.left, range.bottom, range.right);
+    redraw(range);
     if (!goOn || !headingsToo) return;
-    const std::optional<std::string> text = textOf(state_->heading(range.top));
-    for (int r = range.top + 1; r <= range.bottom && r < table.rowCount(); ++r) {
-        TShtCell* const heading = state_->makeHeading(r);
-        if (heading == nullptr) continue;
-        // Not added: callers rely on the count being that of the last heading.
-        state_->dirtyCells = heading->dirty ? 0 : 1;
-        heading->dirty = true;
+    const std::optional<std::string> text = textOf(state_->heading(along, source));
+    for (int n = source + 1; n <= range.last(along) && n < table.count(along); ++n) {
+        TShtCell* const heading = state_->makeHeading(along, n);
+        if (heading == nullptr) break;
+        // Filling down, the count becomes that of the last heading: callers rely on it.
+        if (along == SheetLine::row) state_->dirtyCells = 0;
         setText(*state_, *heading, text);
     }
-    if (range.top < range.bottom) redraw(range.top + 1, -1, range.bottom, kToEnd);
-}
-
-void ShtSheet::ShtSheetFillRight(bool headingsToo) {
-    endEdit();
-    SheetRange range;
-    if (!selectedRange(range)) return;
-    if (state_->selection != ShtSelectCells && ShtSheetVirtGet()) return UtlBeep();
-    BusyCursor busy(*this);
-    const auto& table = state_->table;
-    bool goOn = true;
-    for (int r = range.top; goOn && r <= range.bottom && r < table.rowCount(); ++r) {
-        const std::optional<std::string> text = textOf(state_->table.cell(r, range.left));
-        for (int c = range.left + 1; goOn && c <= range.right && c < table.colCount(); ++c) {
-            busy.next();
-            goOn = bulkSet(r, c, text);
-        }
-    }
-    ShtProgCellChangeDone(goOn);
-    redraw(range.top, range.left, range.bottom, range.right);
-    if (!goOn || !headingsToo) return;
-    const std::optional<std::string> text = textOf(state_->table.column(range.left));
-    for (int c = range.left + 1; c <= range.right && c < table.colCount(); ++c) {
-        setText(*state_, *state_->table.column(c), text);
-    }
-    if (range.left < range.right) redraw(-1, range.left + 1, kToEnd, range.right);
+    if (source < range.last(along)) redrawLines(along, source + 1, range.last(along));
 }
 
 void ShtSheet::ShtSheetDelete() {
     endEdit();
     state_->table.clear();
-    state_->firstRow = state_->firstCol = 0;
-    updateScrollBars(/*rows=*/true, /*cols=*/true);
+    state_->firstVisible = {};
+    updateScrollBars();
     state_->dirtyCells = 0;
     ShtSheetDirtySet(true);
     state_->selection = ShtSelectNone;
     state_->selectTop = state_->selectLeft = state_->selectBottom = state_->selectRight = 0;
     if (ShtSheetVirtGet()) {
-        growRows();
-        growCols();
+        grow(SheetLine::row);
+        grow(SheetLine::column);
     }
     redrawSheet();
 }

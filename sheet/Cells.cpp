@@ -5,6 +5,7 @@
 
 using kora::CellExtras;
 using kora::SheetExtent;
+using kora::SheetLine;
 using kora::SheetRedraw;
 using kora::TShtCell;
 
@@ -176,53 +177,41 @@ bool ShtSheet::ShtCellFlagsSet(short r, short c, unsigned short flags) {
 }
 
 bool ShtSheet::ShtRowHeadingGet(short r, char*& text, long& length, void*& data) {
-    return readHeading(state_->heading(r), text, length, data);
+    return readHeading(state_->heading(SheetLine::row, r), text, length, data);
 }
 
 bool ShtSheet::ShtColHeadingGet(short c, char*& text, long& length, void*& data) {
-    return readHeading(state_->table.column(c), text, length, data);
+    return readHeading(state_->heading(SheetLine::column, c), text, length, data);
 }
 
 bool ShtSheet::ShtRowHeadingSet(short r, char* text, long length, void* data) {
-    const SheetExtent before = state_->extent();
-    bool changed = false;
-    TShtCell* const heading = state_->makeHeading(r);
-    const bool done =
-        heading != nullptr && state_->table.store.setContents(*heading, /*copyText=*/true, text, length, data, changed);
-    if (changed) redraw(r, -1, r, -1);
-    redrawGrown(before);
-    updateGrown(before);
-    return done;
+    return setHeading(SheetLine::row, r, text, length, data);
 }
 
 bool ShtSheet::ShtColHeadingSet(short c, char* text, long length, void* data) {
+    return setHeading(SheetLine::column, c, text, length, data);
+}
+
+bool ShtSheet::setHeading(SheetLine line, int n, char* text, long length, void* data) {
     const SheetExtent before = state_->extent();
     bool changed = false;
-    TShtCell* const heading = state_->makeColumn(c);
+    TShtCell* const heading = state_->makeHeading(line, n);
     const bool done =
         heading != nullptr && state_->table.store.setContents(*heading, /*copyText=*/true, text, length, data, changed);
-    if (changed) redraw(-1, c, -1, c);
+    if (changed) redraw(line == SheetLine::row ? kora::SheetRange{n, -1, n, -1} : kora::SheetRange{-1, n, -1, n});
     redrawGrown(before);
     updateGrown(before);
     return done;
 }
 
-unsigned short ShtSheet::ShtRowFlagsGet(short r) { return flagsOf(state_->heading(r)); }
+unsigned short ShtSheet::ShtRowFlagsGet(short r) { return flagsOf(state_->heading(SheetLine::row, r)); }
+unsigned short ShtSheet::ShtColFlagsGet(short c) { return flagsOf(state_->heading(SheetLine::column, c)); }
+bool ShtSheet::ShtRowFlagsSet(short r, unsigned short flags) { return setFlags(SheetLine::row, r, flags); }
+bool ShtSheet::ShtColFlagsSet(short c, unsigned short flags) { return setFlags(SheetLine::column, c, flags); }
 
-bool ShtSheet::ShtRowFlagsSet(short r, unsigned short flags) {
+bool ShtSheet::setFlags(SheetLine line, int n, unsigned short flags) {
     const SheetExtent before = state_->extent();
-    TShtCell* const heading = state_->makeHeading(r);
-    const bool done = heading != nullptr && state_->table.store.set(*heading, &CellExtras::flags, flags);
-    redrawGrown(before);
-    updateGrown(before);
-    return done;
-}
-
-unsigned short ShtSheet::ShtColFlagsGet(short c) { return flagsOf(state_->table.column(c)); }
-
-bool ShtSheet::ShtColFlagsSet(short c, unsigned short flags) {
-    const SheetExtent before = state_->extent();
-    TShtCell* const heading = state_->makeColumn(c);
+    TShtCell* const heading = state_->makeHeading(line, n);
     const bool done = heading != nullptr && state_->table.store.set(*heading, &CellExtras::flags, flags);
     redrawGrown(before);
     updateGrown(before);

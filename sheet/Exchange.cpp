@@ -204,8 +204,8 @@ bool ShtSheet::ShtSheetFromBuffer(char* buffer, long length, bool atSelection, b
     ShtProgCellChangeDone(goesOn);
     // The last row may have no end.
     const bool isOpen = c > start.left;
-    redraw(start.top, start.left, isOpen ? r : r - 1, std::max(widest, c) - 1);
-    if (create) updateScrollBars(true, true);
+    redraw({start.top, start.left, isOpen ? r : r - 1, std::max(widest, c) - 1});
+    if (create) updateScrollBars();
     return true;
 }
 

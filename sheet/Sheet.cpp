@@ -48,8 +48,8 @@ void ShtSheet::WinCreateDone() {
     IniGetColor(eIniMain, kSection, "Cell Protected Color", 3, state_->protectColour);
     IniGetColor(eIniMain, kSection, "GridLines Color", 9, state_->gridLinesColour);
     ShtSheetFontSet(&font);
-    if (state_->rowBandWidth == 0) state_->rowBandWidth = state_->defaultColWidth;
-    if (state_->colBandHeight == 0) state_->colBandHeight = state_->defaultRowHeight;
+    for (const kora::SheetLine line : kora::kLines)
+        if (state_->bandSize[line] == 0) state_->bandSize[line] = state_->defaultSize[line];
 }
 
 bool ShtSheet::ShtInited() { return state_->inited; }
@@ -79,26 +79,19 @@ void ShtSheet::ShtSheetFontSet(WinFont* font) {
     redrawSheet();
     LPNT size = {0, 0};
     WinTextMeasure("1234567890", 10, &size);
-    state_->defaultRowHeight = cutTo16(size.v);
-    state_->defaultColWidth = cutTo16(size.h);
+    state_->defaultSize = {cutTo16(size.v), cutTo16(size.h)};
 }
 
 void ShtSheet::ShtSheetUserMoveOkayGet(bool* rows, bool* cols) {
-    if (rows != nullptr) *rows = state_->userMoveRows;
-    if (cols != nullptr) *cols = state_->userMoveCols;
+    if (rows != nullptr) *rows = state_->userMoves.row;
+    if (cols != nullptr) *cols = state_->userMoves.column;
 }
-void ShtSheet::ShtSheetUserMoveOkaySet(bool rows, bool cols) {
-    state_->userMoveRows = rows;
-    state_->userMoveCols = cols;
-}
+void ShtSheet::ShtSheetUserMoveOkaySet(bool rows, bool cols) { state_->userMoves = {rows, cols}; }
 void ShtSheet::ShtSheetUserSizeOkayGet(bool* rows, bool* cols) {
-    if (rows != nullptr) *rows = state_->userSizeRows;
-    if (cols != nullptr) *cols = state_->userSizeCols;
+    if (rows != nullptr) *rows = state_->userSizes.row;
+    if (cols != nullptr) *cols = state_->userSizes.column;
 }
-void ShtSheet::ShtSheetUserSizeOkaySet(bool rows, bool cols) {
-    state_->userSizeRows = rows;
-    state_->userSizeCols = cols;
-}
+void ShtSheet::ShtSheetUserSizeOkaySet(bool rows, bool cols) { state_->userSizes = {rows, cols}; }
 
 void ShtSheet::ShtSheetSizeGet(short* rows, short* cols) {
     if (rows != nullptr) *rows = static_cast<short>(state_->table.rowCount());

@@ -158,9 +158,9 @@ void ShtSheet::ShtSheetSort(eShtSort by) {
         kora::BusyCursor cursor(*this);
         // Whoever overrides the cursor may look at the sheet and change it, so the rows stay in the table all the time.
         for (int advances = table.rowCount(); advances > 0; --advances) cursor.next();
-        const int first = state_->firstRow;
+        const int first = state_->firstVisible.row;
         const int follows = kora::sortRows(table, by, first);
-        if (first > 0) state_->firstRow = follows;  // at the top of the sheet it stays there
+        if (first > 0) state_->firstVisible.row = follows;  // at the top of the sheet it stays there
         for (int advances = table.rowCount(); advances > 0; --advances) cursor.next();
     }
     redrawSheet();

@@ -6,19 +6,8 @@
 
 namespace kora {
 
-/// Rows and columns, the last ones included.
-struct SheetRange {
-    int top, left, bottom, right;
-};
-
 /// In ranges that are redrawn: up to the end.
 constexpr int kToEnd = 32767;
-
-/// How many rows and column headings a sheet has at some moment.
-struct SheetExtent {
-    int rows, cols;
-    bool operator==(const SheetExtent&) const = default;
-};
 
 /// What a writer invalidates: nothing, the rows and columns that it made, or its cell too.
 enum class SheetRedraw : int { nothing, grown, written };
@@ -27,10 +16,8 @@ enum class SheetRedraw : int { nothing, grown, written };
 struct SheetState {
     TShtTable table;
     WinFont cellFont;
-    std::int16_t defaultRowHeight = 0;
-    std::int16_t defaultColWidth = 0;
-    std::int16_t rowBandWidth = 0;   // of the row headings
-    std::int16_t colBandHeight = 0;  // of the column headings
+    PerLine<std::int16_t> defaultSize;  // the height of rows, the width of columns
+    PerLine<std::int16_t> bandSize;     // the height of the column headings, the width of the row headings
     int protectColour = 3;
     int gridLinesColour = 9;
     bool inited = true;
@@ -38,35 +25,40 @@ struct SheetState {
     bool gridLines = true;
     bool axesSwapped = false;
     bool isProtected = false;
-    bool userMoveRows = false, userMoveCols = false;
-    bool userSizeRows = true, userSizeCols = true;
+    PerLine<bool> userMoves = {false, false};
+    PerLine<bool> userSizes = {true, true};
     bool dirty = false;
     std::int32_t dirtyCells = 0;
     bool editing = false;
     std::int16_t editRow = -1, editCol = -1;
     eShtSelect selection = ShtSelectNone;
     std::int16_t selectTop = 0, selectLeft = 0, selectBottom = 0, selectRight = 0;
-    int firstRow = 0, firstCol = 0;  // the first visible ones
+    PerLine<int> firstVisible;  // 0 is the top, not an element: it stays 0 whatever is inserted there
 
     // The sheet's own code of operations that it may do inline while they are not overridden.
     const void* ownCellGet = nullptr;
     const void* ownCellShow = nullptr;
     const void* ownProgCellChange = nullptr;
 
-    SheetExtent extent() const { return {table.rowCount(), table.colCount()}; }
+    SheetExtent extent() const { return {table.count(SheetLine::row), table.count(SheetLine::column)}; }
 
-    /// A row's heading, to be read; null when there is no such row.
-    const TShtCell* heading(int r) {
-        const TShtRow* const row = table.row(r);
+    /// A heading, to be read; null when there is no such row (column).
+    const TShtCell* heading(SheetLine line, int n) {
+        if (line == SheetLine::column) return table.column(n);
+        const TShtRow* const row = table.row(n);
         if (row == nullptr) return nullptr;
         return row->heading() != nullptr ? row->heading() : &kBlankCell;
     }
 
     // What a writer addresses, made if need be.
-    TShtRow* makeRow(int r) { return inited ? table.makeRow(r, defaultRowHeight) : nullptr; }
-    TShtCell* makeColumn(int c) { return inited ? table.makeColumn(c, defaultColWidth) : nullptr; }
-    TShtCell* makeHeading(int r) {
-        TShtRow* const row = makeRow(r);
+    TShtRow* makeRow(int r) { return inited ? table.makeRow(r, defaultSize.row) : nullptr; }
+    TShtCell* makeColumn(int c) { return inited ? table.makeColumn(c, defaultSize.column) : nullptr; }
+    bool make(SheetLine line, int n) {
+        return line == SheetLine::row ? makeRow(n) != nullptr : makeColumn(n) != nullptr;
+    }
+    TShtCell* makeHeading(SheetLine line, int n) {
+        if (line == SheetLine::column) return makeColumn(n);
+        TShtRow* const row = makeRow(n);
         return row != nullptr ? table.makeHeading(*row) : nullptr;
     }
     TShtCell* makeCell(int r, int c) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sheet/CellStore.h"
+#include "sheet/Lines.h"
 #include "sheet/NumberedList.h"
 #include "sheet/Row.h"
 
@@ -17,6 +18,7 @@ public:
     TShtTable(const TShtTable&) = delete;
     TShtTable& operator=(const TShtTable&) = delete;
 
+    int count(SheetLine line) const { return line == SheetLine::row ? rows_.count() : columns_.count(); }
     int rowCount() const { return rows_.count(); }
     int colCount() const { return columns_.count(); }
 
@@ -25,8 +27,8 @@ public:
     TShtCell* column(int c) { return columns_.cell(c); }
     TShtCell* cell(int r, int c) { return rows_.holds(r) ? rows_[r].cell(c) : nullptr; }
     TShtCell* near(int r, int c) { return rows_.holds(r) ? rows_[r].near(c) : nullptr; }
-    /// The width of a column that exists.
-    std::int16_t& width(int c) { return widths_[c]; }
+    /// The height of a row (width of a column) that exists.
+    std::int16_t& size(SheetLine line, int n) { return line == SheetLine::row ? rows_[n].size : widths_[n]; }
 
     // The same, making what is missing up to it. Null when there is no memory or the number is none; what was made
     // stays.
@@ -46,15 +48,21 @@ public:
     }
     TShtCell* makeHeading(TShtRow& of) { return of.heading() != nullptr || growCells(of, -1) ? of.heading() : nullptr; }
 
-    // In front of an existing one. False, with nothing changed, without memory. A column's cells are inserted with it.
-    bool insertRow(int r, std::int16_t height);
-    bool insertColumn(int c, std::int16_t width);
-    // Existing ones. The answer is how many dirty cells and headings went with them.
-    int removeRows(int first, int howMany);
-    int removeColumns(int first, int howMany);
-    // Both numbers exist. False, with no column moved, when there is no memory for the cells that are missing between.
-    void moveRow(int from, int to) { rows_.move(from, to); }
-    bool moveColumn(int from, int to);
+    /// Inserts a row (column) in front of an existing one, a column with its cells. False, with nothing changed, when
+    /// there is no memory.
+    bool insert(SheetLine line, int n, std::int16_t size) {
+        return line == SheetLine::row ? insertRow(n, size) : insertColumn(n, size);
+    }
+    /// Removes existing rows (columns). The answer is how many dirty cells and headings went with them.
+    int remove(SheetLine line, int first, int howMany) {
+        return line == SheetLine::row ? removeRows(first, howMany) : removeColumns(first, howMany);
+    }
+    /// Both numbers exist. False, with no column moved, when there is no memory for the cells that are missing between.
+    bool move(SheetLine line, int from, int to) {
+        if (line == SheetLine::column) return moveColumn(from, to);
+        rows_.move(from, to);
+        return true;
+    }
 
     // All rows, in order: whoever sorts them writes them back.
     TShtRow* rowsBegin() { return rows_.begin(); }
@@ -65,6 +73,11 @@ public:
     CellStore store;
 
 private:
+    bool insertRow(int r, std::int16_t height);
+    bool insertColumn(int c, std::int16_t width);
+    int removeRows(int first, int howMany);
+    int removeColumns(int first, int howMany);
+    bool moveColumn(int from, int to);
     bool growRows(int r, std::int16_t height);
     bool growColumns(int c, std::int16_t width);
     bool growCells(TShtRow& row, int c);

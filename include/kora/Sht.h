@@ -65,8 +65,11 @@ enum eShtHeaderSize : std::int32_t {
 };
 
 namespace kora {
+enum class SheetLine : int;
 enum class SheetRedraw : int;
-struct SheetExtent;
+template <class Value>
+struct PerLine;
+using SheetExtent = PerLine<int>;
 struct SheetRange;
 struct SheetState;
 class TShtCell;
@@ -306,20 +309,31 @@ private:
     kora::TShtCell* cellToWrite(short r, short c, const kora::SheetExtent& before);
     template <class Change>
     bool changeCell(short r, short c, kora::SheetRedraw redrawBehind, Change change);
+    bool setHeading(kora::SheetLine line, int n, char* text, long length, void* data);
+    bool setFlags(kora::SheetLine line, int n, unsigned short flags);
     // What a writer does behind its change: invalidate the cell, and what is new; then tell the scroll bars.
     void redrawWritten(short r, short c, const kora::SheetExtent& before);
     void redrawGrown(const kora::SheetExtent& before);
     void updateGrown(const kora::SheetExtent& before);
     // In front of an operation on several cells.
     void endEdit();
+    LRCT client();
     // Invalidates a range; -1 to -1 is the band of headings, otherwise -1 and kToEnd reach to that end.
-    void redraw(int top, int left, int bottom, int right);
+    void redraw(const kora::SheetRange& range);
+    void redrawLines(kora::SheetLine line, int first, int last);
     void redrawSheet();
-    void updateScrollBars(bool rows, bool cols);
-    void updateSizes();
+    void updateScrollBar(kora::SheetLine line);
+    void updateScrollBars();
     void scrollTo(int row, int col);
-    void growRows();
-    void growCols();
+    // In virtual mode, to two screens from the first visible row (column) on.
+    void grow(kora::SheetLine line);
+    short sizeOf(kora::SheetLine line, int n);
+    bool setSize(kora::SheetLine line, int n, short size);
+    bool addLine(kora::SheetLine line, int n);
+    bool deleteLines(kora::SheetLine line, int n);
+    bool moveLine(kora::SheetLine line, int from, int to);
+    void clearLine(kora::SheetLine line, int n);
+    void fill(kora::SheetLine along, bool headingsToo);
     // One cell of a bulk operation; the answer is whether to go on.
     bool bulkSet(int r, int c, const std::optional<std::string>& text);
     bool bulkClear(int r, int c);
