@@ -85,7 +85,7 @@ struct SheetModel {
         for (int r = range ? (*range)[0][0] : 0; range && r <= (*range)[1][0]; ++r, text += '\r')
             for (int c = (*range)[0][1]; c <= (*range)[1][1]; ++c)
                 text.append(c != (*range)[0][1], '\t').append(cell(r, c) ? cell(r, c)->view() : "");
-        return text;
+        return text.size() <= 64000 ? text : "refused";
     }
 
     bool extend(unsigned axis, int n) {
