@@ -61,7 +61,9 @@ struct SheetState {
         TShtRow* const row = makeRow(n);
         return row != nullptr ? table.makeHeading(*row) : nullptr;
     }
+    // Null, with nothing made, when either number is none.
     TShtCell* makeCell(int r, int c) {
+        if (!TShtTable::isNumber(r) || !TShtTable::isNumber(c)) return nullptr;
         TShtRow* const row = makeRow(r);
         return row != nullptr && makeColumn(c) != nullptr ? table.makeCell(*row, c) : nullptr;
     }

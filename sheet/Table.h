@@ -18,6 +18,10 @@ public:
     TShtTable(const TShtTable&) = delete;
     TShtTable& operator=(const TShtTable&) = delete;
 
+    static constexpr int kLast = NumberedList<TShtRow>::kMost - 1;
+    /// Whether there can be a row (column) of this number.
+    static constexpr bool isNumber(int n) { return n >= 0 && n <= kLast; }
+
     int count(SheetLine line) const { return line == SheetLine::row ? rows_.count() : columns_.count(); }
     int rowCount() const { return rows_.count(); }
     int colCount() const { return columns_.count(); }

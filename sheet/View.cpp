@@ -14,8 +14,6 @@ using kora::SheetState;
 
 namespace {
 
-constexpr int kLastNumber = kora::NumberedList<int>::kMost - 1;
-
 LRCT rectOf(SheetState& state, const LRCT& client, const SheetRange& range) {
     const SheetAxis::Span rows = SheetAxis(state, SheetLine::row, client).span(range.top, range.bottom);
     const SheetAxis::Span cols = SheetAxis(state, SheetLine::column, client).span(range.left, range.right);
@@ -83,6 +81,10 @@ bool ShtSheet::ShtCellShow(short r, short c, eShtCellShow showRow, eShtCellShow 
     const SheetExtent before = state_->extent();
     if (before.row == 0 || before.column == 0) return false;
     if (showRow == ShtCellShowNone && showCol == ShtCellShowNone) return true;
+    const auto isRefused = [](int n, eShtCellShow show) {
+        return show != ShtCellShowNone && !kora::TShtTable::isNumber(n);
+    };
+    if (isRefused(r, showRow) || isRefused(c, showCol)) return false;
     const bool made = (showRow == ShtCellShowNone || state_->make(SheetLine::row, r)) &&
                       (showCol == ShtCellShowNone || state_->make(SheetLine::column, c));
     if (state_->extent() != before) {
@@ -169,10 +171,10 @@ void ShtSheet::grow(SheetLine line) {
     const int count = state_->table.count(line);
     std::int64_t remaining = 2 * SheetAxis(*state_, line, client()).room();
     for (int n = state_->firstVisible[line]; n < count && remaining > 0; ++n) remaining -= state_->table.size(line, n);
-    if (remaining <= 0 || count > kLastNumber) return;
+    if (remaining <= 0 || count > kora::TShtTable::kLast) return;
     // Elements without a size would never fill it up.
     const std::int64_t more = remaining / std::max<int>(state_->defaultSize[line], 1);
-    const auto last = static_cast<short>(std::min<std::int64_t>(count + more, kLastNumber));
+    const auto last = static_cast<short>(std::min<std::int64_t>(count + more, kora::TShtTable::kLast));
     if (line == SheetLine::row)
         ShtRowAdd(last);
     else

@@ -88,17 +88,19 @@ struct SheetModel {
         return text.size() <= 64000 ? text : "refused";
     }
 
+    static bool isNumber(int n) { return n >= 0 && n < 32767; }
     bool extend(unsigned axis, int n) {
         for (int& end = count[axis]; n < 32767 && end <= n; ++end)
             cells[axis == 0 ? Place{end, -1} : Place{-1, end}][kSize] = axis == 0 ? 200 : 1000;
-        return n >= 0 && n < 32767;
+        return isNumber(n);
     }
     CellModel& make(int r, int c) {
         for (int before = 0; before < c; ++before) cells[{r, before}];
         return cells[{r, c}];
     }
     bool setAttribute(int r, int c, int which, std::intptr_t value) {
-        if (!extend(0, r) || !extend(1, c)) return false;
+        if (!isNumber(r) || !isNumber(c)) return false;
+        extend(0, r), extend(1, c);
         const std::intptr_t was = std::exchange(make(r, c)[which], value);
         return dirtyCells += which == kDirty ? static_cast<int>(value - was) : 0, true;
     }
@@ -116,7 +118,8 @@ struct SheetModel {
         return setHeadingAttribute(axis, n, kData, data) && (heading(axis, n)->set(text, length, true), true);
     }
     bool show(int r, int c, bool scrolls) {
-        return count[0] > 0 && count[1] > 0 && (!scrolls || (extend(0, r) && extend(1, c)));
+        return count[0] > 0 && count[1] > 0 &&
+               (!scrolls || (isNumber(r) && isNumber(c) && extend(0, r) && extend(1, c)));
     }
 
     // Everything moves to its new number; what gets -2 goes.
