@@ -14,13 +14,7 @@ build posix kora-host netlist >&2
 netlist=$(realpath "${1:-$top/modules/netlist/netlists/alu74181.blif}")
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
-cat >"$folder/ts.ini" <<END
-[System]
-toolfolder = $top/build/posix/bin/tools
-[System SpreadSheet]
-Cell Protected Color = 0x80f7ecdd
-GridLines Color = ltgray
-END
+write_settings "$folder/ts.ini"
 
 echo "\$ cat ts.ini"
 cat "$folder/ts.ini"

@@ -34,3 +34,14 @@ build() {
     rm -f "/tmp/kora-configure.$$"
     (cd "$top" && cmake --build --preset "$preset" ${1:+--target "$@"})
 }
+
+# write_settings FILE: a profile with the built modules' folder and the colours of tables.
+write_settings() {
+    cat >"$1" <<END
+[System]
+toolfolder = $top/build/posix/bin/tools
+[System SpreadSheet]
+Cell Protected Color = 0x80f7ecdd
+GridLines Color = ltgray
+END
+}

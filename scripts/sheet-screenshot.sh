@@ -14,13 +14,7 @@ netlist=${1:-$top/modules/netlist/netlists/counter4.blif}
 picture=${2:-$top/docs/screenshots/netlist-table.png}
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
-cat >"$folder/ts.ini" <<END
-[System]
-toolfolder = $top/build/posix/bin/tools
-[System SpreadSheet]
-Cell Protected Color = 0x80f7ecdd
-GridLines Color = ltgray
-END
+write_settings "$folder/ts.ini"
 "$top/build/posix/bin/kora-host" --ini "$folder/ts.ini" -net "$netlist" -html "$folder/table.html" >&2
 
 mkdir -p "$(dirname "$picture")"
