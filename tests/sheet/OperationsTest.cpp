@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <kora/Ini.h>
 #include <kora/Sht.h>
 
 #include <functional>
@@ -8,6 +9,7 @@
 
 #include "tests/support/AllocationFault.h"
 #include "tests/support/RecordedPresenter.h"
+#include "tests/support/TestFolder.h"
 
 namespace {
 
@@ -195,6 +197,23 @@ TEST(SheetOperations, ExchangeTheSelectionWithTheClipboard) {
     EXPECT_EQ(sheet.all(), "0\t1\t2\t3\t\r10\t11\t\t\t\r20\t21\t22\t\t\r12\t13\t32\t33\t\r\t\t\t\t\r");
     EXPECT_EQ(sheet.done, std::vector({true, true}));
     EXPECT_EQ(presenter.beeps, 2);
+}
+
+TEST(ShtSheet, TakesItsFontAndColoursFromTheSettings) {
+    const kora::test::TestFolder folder;
+    folder.write("ts.ini",
+                 "[System SpreadSheet]\nCell Font = \"Face\" Bold 24\nCell Protected Color = pink\n"
+                 "GridLines Color = 0x8000ff00\n");
+    ASSERT_TRUE(IniMainFileSet(folder.path("ts.ini").c_str()));
+    ShtSheet sheet(nullptr, nullptr, 0);
+    ASSERT_TRUE(IniMainFileSet(folder.path("none.ini").c_str()));
+    sheet.ShtCellFlagsSet(0, 0, 1);
+    for (const short n : {short{-1}, short{0}}) {
+        EXPECT_EQ(sheet.ShtRowSizeGet(n), 400);
+        EXPECT_EQ(sheet.ShtColSizeGet(n), 2000);
+    }
+    EXPECT_EQ(sheet.ShtSheetProtectColourGet(), 15);
+    EXPECT_EQ(static_cast<unsigned>(sheet.ShtSheetGridLinesColourGet()), 0x8000ff00U);
 }
 
 }  // namespace
