@@ -1,5 +1,4 @@
 #include <kora/Sht.h>
-#include <kora/SortTree.h>
 
 #include <algorithm>
 #include <memory>
@@ -23,40 +22,6 @@ struct SortedRow {
 
 std::string_view headingOf(const TShtRow& row) {
     return row.heading() != nullptr ? row.heading()->view() : std::string_view();
-}
-
-struct RowElement : DoubleListElement {
-    SortedRow sorted;
-};
-
-const TShtRow& rowOf(DoubleListElement* element) { return static_cast<RowElement*>(element)->sorted.row; }
-
-// The first pair of cells that differs decides. A row that has no more cells is equal to every other.
-class RowSortTree : public SortTree {
-public:
-    short Compare(DoubleListElement* a, DoubleListElement* b) override {
-        const TShtRow &left = rowOf(a), &right = rowOf(b);
-        const int both = std::min(left.count(), right.count());
-        int order = 0;
-        for (int c = 0; c < both && order == 0; ++c) order = compareCellTexts(left[c].view(), right[c].view());
-        return static_cast<short>(order);
-    }
-};
-
-// Rows in the order in which a tree gets them. False, with nothing changed, without memory.
-bool sortInTree(SortedRow* begin, SortedRow* end) {
-    const std::unique_ptr<RowElement[]> elements(new (std::nothrow) RowElement[static_cast<std::size_t>(end - begin)]);
-    if (elements == nullptr) return false;
-    RowSortTree tree;
-    RowElement* element = elements.get();
-    std::for_each(begin, end, [&](const SortedRow& sorted) {
-        element->sorted = sorted;
-        tree.Insert(element++);
-    });
-    DoubleList list;
-    tree.Flatten(list);
-    while (DoubleListElement* next = list.DetachNext()) *begin++ = static_cast<RowElement*>(next)->sorted;
-    return true;
 }
 
 // Calls `each` with the ends of every run of rows of which each belongs to the one in front.
@@ -94,33 +59,56 @@ void sortTied(SortedRow* begin, SortedRow* end, TextOf textOf, int rounds = 4) {
     });
 }
 
-// A tree of rows would take n * n / 2 comparisons for rows that are in order already. It puts groups of rows that
-// differ where all of them have cells in order, equal ones in reverse, and a group's rows among themselves as if it
-// held no others. So it is needed for those rows alone that are equal until some, not all, of them run out of cells:
-// such a row is equal to rows that differ from each other, and the order depends on who met whom.
+// Rows that are equal to each other until some of them run out of cells: those first, then the others. Each part keeps
+// its order, from the last row before to the first, until the others are sorted.
+struct Ragged {
+    SortedRow *first, *others, *behind;
+};
+
+// A row that has run out is equal to all others, which may differ from each other. A tree puts it in front of what it
+// holds by then, and what comes later in front of it, but for what belongs behind an older row. So it comes out in
+// front of the first row that is older.
+void mergeRagged(const Ragged& rows, SortedRow* buffer) {
+    SortedRow* const end = std::copy(rows.first, rows.others, buffer);
+    SortedRow *to = rows.first, *other = rows.others;
+    while (buffer != end) {
+        const bool isOlder = other == rows.behind || other->number < buffer->number;
+        *to++ = isOlder ? *buffer++ : *other++;
+    }
+}
+
+// What a tree of rows makes of them, without its n * n / 2 comparisons of rows that are in order already. It puts
+// groups of rows that differ where all of them have cells in order, equal ones in reverse, and a group's rows among
+// themselves as if it held no others. False, with rows in any order, without memory.
 bool sortByCells(SortedRow* begin, SortedRow* end) {
+    std::unique_ptr<Ragged[]> ragged;
+    std::size_t runs = 0;
     std::reverse(begin, end);
     bool goesOn = true, hasMemory = true;
     for (int c = 0; goesOn && hasMemory; ++c) {
         goesOn = false;
         const auto isTied = [](const SortedRow&, const SortedRow& next) { return next.isTied; };
         eachRun(begin, end, isTied, [&](SortedRow* first, SortedRow* behind) {
-            if (behind - first == 1) return;
-            const auto [shortest, longest] = std::minmax_element(
-                first, behind, [](const SortedRow& a, const SortedRow& b) { return a.row.count() < b.row.count(); });
-            const int fewest = shortest->row.count(), most = longest->row.count();
-            if (fewest > c) {
-                goesOn = true;
-                return sortTied(first, behind, [c](const TShtRow& row) { return row[c].view(); });
+            if (behind - first == 1 || !hasMemory) return;
+            SortedRow* others = first;
+            const auto hasRunOut = [c](const SortedRow& sorted) { return sorted.row.count() <= c; };
+            if (std::any_of(first, behind, hasRunOut)) {
+                others = std::stable_partition(first, behind, hasRunOut);
+                std::for_each(first, others, [](SortedRow& sorted) { sorted.isTied = false; });
+                if (others == behind) return;
+                // Each run takes a row at least that is in no later one.
+                if (ragged == nullptr) ragged.reset(new (std::nothrow) Ragged[static_cast<std::size_t>(end - begin)]);
+                hasMemory = ragged != nullptr;
+                if (hasMemory) ragged[runs++] = {first, others, behind};
             }
-            if (fewest < most) {
-                std::reverse(first, behind);
-                if (!sortInTree(first, behind)) hasMemory = false;
-            }
-            std::for_each(first, behind, [](SortedRow& sorted) { sorted.isTied = false; });
+            goesOn = true;
+            sortTied(others, behind, [c](const TShtRow& row) { return row[c].view(); });
         });
     }
-    return hasMemory;
+    if (runs == 0 || !hasMemory) return hasMemory;
+    const std::unique_ptr<SortedRow[]> buffer(new (std::nothrow) SortedRow[static_cast<std::size_t>(end - begin)]);
+    while (buffer != nullptr && runs > 0) mergeRagged(ragged[--runs], buffer.get());
+    return buffer != nullptr;
 }
 
 void sortByHeadings(SortedRow* begin, SortedRow* end) {
