@@ -7,14 +7,25 @@ WinWindow::WinWindow() : WinWindow(nullptr, nullptr) {}
 WinWindow::WinWindow(TskKoraModule* module, WinWindow* above)
     : TmrTimer(TmrTypeIdle, OwnedElsewhere()), module_(module) {
     if (!above) return;
-    parent = above;
     above->ChildAttach(this);
+    parent = above;  // an override may attach it in its own way
 }
 
 WinWindow::~WinWindow() {
     // Whoever was taken out of its parent's children still names it.
     if (parent && TreeElement::next) parent->ChildDetach(this);
     ChildDestroyAll();
+}
+
+bool WinWindow::ChildDetach(TreeElement* e) {
+    const bool wasEmpty = TreeElement::ChildDetach(e);
+    if (auto* child = dynamic_cast<WinWindow*>(e); child && !wasEmpty) child->parent = nullptr;
+    return wasEmpty;
+}
+
+void WinWindow::ChildAttach(TreeElement* e) {
+    TreeElement::ChildAttach(e);
+    if (auto* child = dynamic_cast<WinWindow*>(e)) child->parent = this;
 }
 
 TskKoraModule* WinWindow::WinModuleGet() { return module_; }

@@ -158,6 +158,11 @@ public:
     virtual void WinScrollPosSet(eWinScrollBar bar, long position);
     virtual long WinScrollPosGet(eWinScrollBar bar);
 
+    /// A window that is attached here has this one for its parent, and one that is detached has none: unlike other
+    /// elements, windows leave the parent that they name.
+    bool ChildDetach(TreeElement* e) override;
+    void ChildAttach(TreeElement* e) override;
+
 private:
     struct ScrollBar {
         long count = 0, page = 0, position = 0;

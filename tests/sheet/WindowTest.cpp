@@ -133,6 +133,14 @@ TEST(Window, LeavesItsParentAndDeletesItsChildrenInOrder) {
             ASSERT_EQ(destroyed, expected) << "seed " << seed;
         }
     }
+    WinWindow before, after;
+    auto* const moved = new WinWindow(nullptr, &before);
+    before.ChildDetach(moved);
+    EXPECT_EQ(moved->Parent(), nullptr);
+    after.ChildAttach(moved);
+    EXPECT_EQ(moved->WinParentGet(), &after);
+    delete moved;
+    EXPECT_EQ(before.ChildCount() + after.ChildCount(), 0);
 }
 
 TEST(Window, IsStoppedAtExitAndRunsAgain) {
