@@ -24,11 +24,24 @@ HCURSOR loadedCursor(short number) {
     return place.cursor;
 }
 
+// An emptied clipboard takes data from a window alone.
+constinit HWND clipboardWindow = nullptr;
+
 }  // namespace
 
-bool clipboardOpen() { return OpenClipboard(nullptr) != FALSE; }
+bool clipboardOpen() {
+    clipboardWindow = CreateWindowExA(0, "STATIC", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+    if (clipboardWindow != nullptr && OpenClipboard(clipboardWindow)) return true;
+    if (clipboardWindow != nullptr) DestroyWindow(clipboardWindow);
+    clipboardWindow = nullptr;
+    return false;
+}
 
-void clipboardClose() { CloseClipboard(); }
+void clipboardClose() {
+    CloseClipboard();
+    DestroyWindow(clipboardWindow);
+    clipboardWindow = nullptr;
+}
 
 bool clipboardEmpty() { return EmptyClipboard() != FALSE; }
 
