@@ -95,7 +95,7 @@ void ShtSheet::fill(SheetLine along, bool headingsToo) {
     endEdit();
     SheetRange range;
     if (!selectedRange(range)) return;
-    if (state_->selection != ShtSelectCells && ShtSheetVirtGet()) return UtlBeep();
+    if (ShtSheetSelectGet(nullptr, nullptr, nullptr, nullptr) != ShtSelectCells && ShtSheetVirtGet()) return UtlBeep();
     BusyCursor busy(*this);
     const auto& table = state_->table;
     const SheetLine across = kora::other(along);
@@ -120,6 +120,7 @@ void ShtSheet::fill(SheetLine along, bool headingsToo) {
         // Filling down, the count becomes that of the last heading: callers rely on it.
         if (along == SheetLine::row) state_->dirtyCells = 0;
         setText(*state_, *heading, text);
+        if (along == SheetLine::column) state_->table.store.keepOutside(*heading);
     }
     if (source < range.last(along)) redrawLines(along, source + 1, range.last(along));
 }
@@ -131,8 +132,7 @@ void ShtSheet::ShtSheetDelete() {
     updateScrollBars();
     state_->dirtyCells = 0;
     ShtSheetDirtySet(true);
-    state_->selection = ShtSelectNone;
-    state_->selectTop = state_->selectLeft = state_->selectBottom = state_->selectRight = 0;
+    ShtSheetSelectSet(ShtSelectNone, 0, 0, 0, 0);
     if (ShtSheetVirtGet()) {
         grow(SheetLine::row);
         grow(SheetLine::column);

@@ -11,7 +11,13 @@ public:
         static constexpr short kCursors[] = {1050, 1051, 1052, 1053};
         surface_.WinBusyCursorStart(kCursors, 4);
     }
-    ~BusyCursor() { surface_.WinBusyCursorStop(); }
+    ~BusyCursor() {
+        // The work is done, whatever an override throws here.
+        try {
+            surface_.WinBusyCursorStop();
+        } catch (...) {
+        }
+    }
     BusyCursor(const BusyCursor&) = delete;
     BusyCursor& operator=(const BusyCursor&) = delete;
 

@@ -66,6 +66,15 @@ void CellStore::copyWhole(TShtCell& cell, const char* text, std::size_t length) 
     }
 }
 
+void CellStore::keepOutside(TShtCell& cell) {
+    if (cell.place_ == 0 || cell.place_ > TShtCell::kLongestInside) return;
+    const std::size_t length = cell.place_;
+    char* const place = allocate(length);
+    if (place == nullptr) return;
+    moveShort(place, cell.bytes_, length);
+    cell.setOutside(place, static_cast<std::int32_t>(length), TShtCell::kOwned);
+}
+
 // A cell that refers to a part of its own text keeps the whole of it from being reused. Answers where the part is then.
 char* CellStore::keepOwnText(TShtCell& cell, char* part) {
     if (ownedOutside(cell) > 0) return part;

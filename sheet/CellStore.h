@@ -37,6 +37,9 @@ public:
         changed = assign(cell, text, length, copyText) || other;
         return true;
     }
+    /// Has the cell's own text stand outside, for a cell that is moved while somebody may have read its text. Without
+    /// memory it stays inside.
+    void keepOutside(TShtCell& cell);
     /// The cell gets a copy of @p text, no text if it is empty.
     void copy(TShtCell& cell, const char* text, std::size_t length);
     /// The same for a text without a NUL.

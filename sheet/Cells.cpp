@@ -109,8 +109,10 @@ bool ShtSheet::ShtCellMarkSet(short r, short c, char mark, int value, eShtCellUp
     if (cell == nullptr) return false;
     const bool changed = cell->extras().mark != mark || cell->extras().markValue != value;
     if (!state_->table.store.set(*cell, &CellExtras::mark, mark) ||
-        !state_->table.store.set(*cell, &CellExtras::markValue, value))
+        !state_->table.store.set(*cell, &CellExtras::markValue, value)) {
+        updateGrown(before);
         return false;
+    }
     if (changed && update != ShtCellUpdateNone) redrawWritten(r, c, before);
     ShtCellShow(r, c, showRow, showCol);
     if (update == ShtCellUpdateNow) ShtSheetUpdateNow();
@@ -198,6 +200,7 @@ bool ShtSheet::setHeading(SheetLine line, int n, char* text, long length, void* 
     TShtCell* const heading = state_->makeHeading(line, n);
     const bool done =
         heading != nullptr && state_->table.store.setContents(*heading, /*copyText=*/true, text, length, data, changed);
+    if (done && line == SheetLine::column) state_->table.store.keepOutside(*heading);
     if (changed) redraw(line == SheetLine::row ? kora::SheetRange{n, -1, n, -1} : kora::SheetRange{-1, n, -1, n});
     redrawGrown(before);
     updateGrown(before);

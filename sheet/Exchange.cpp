@@ -132,15 +132,13 @@ bool ShtSheet::ShtSheetToBuffer(char*& buffer, long& length, bool selectionOnly)
     if (!put(measured)) return false;
     const std::size_t size = kora::kLargestBuffer - measured.room;
     if (size == 0) return true;
-    char* const memory = static_cast<char*>(::operator new(size, std::nothrow));
+    std::unique_ptr<char, void (*)(char*)> memory(static_cast<char*>(::operator new(size, std::nothrow)),
+                                                  ShtBufferFree);
     if (memory == nullptr) return false;
-    kora::TextBuffer written{{size}, memory};
-    // An override may answer other texts than it did before.
-    if (!put(written) || written.room != 0) {
-        ShtBufferFree(memory);
-        return false;
-    }
-    buffer = memory;
+    kora::TextBuffer written{{size}, memory.get()};
+    // An override may answer other texts than it did before, or throw.
+    if (!put(written) || written.room != 0) return false;
+    buffer = memory.release();
     length = static_cast<long>(size);
     return true;
 }

@@ -36,12 +36,12 @@ int countWithin(int first, int last, int count) { return first < 0 ? 0 : std::mi
 
 bool ShtSheet::addLine(SheetLine line, int n) {
     SheetRange selected;
-    const int had = state_->table.count(line);
-    const int at = n != -1 ? n : selectedRange(selected) ? selected.first(line) : had;
-    const bool isInside = at >= 0 && at < had;
+    const int at = n != -1 ? n : selectedRange(selected) ? selected.first(line) : state_->table.count(line);
     // Growing at the end, as virtual mode does while somebody writes, moves no cell that is edited.
-    if (isInside) endEdit();
-    const bool made = isInside ? state_->table.insert(line, at, state_->defaultSize[line]) : state_->make(line, at);
+    if (at >= 0 && at < state_->table.count(line)) endEdit();
+    const int had = state_->table.count(line);
+    const bool made =
+        at >= 0 && at < had ? state_->table.insert(line, at, state_->defaultSize[line]) : state_->make(line, at);
     if (state_->table.count(line) == had) return false;
     int& first = state_->firstVisible[line];
     first = firstAfterInsertion(first, at);

@@ -24,9 +24,11 @@ void ShtSheet::ShtSheetSelectSet(eShtSelect kind, short top, short left, short b
 }
 
 bool ShtSheet::ShtSheetSelectNext() {
+    short top = 0, left = 0, bottom = 0, right = 0;
+    const bool oneCell =
+        ShtSheetSelectGet(&top, &left, &bottom, &right) == ShtSelectCells && top == bottom && left == right;
     const kora::SheetExtent extent = state_->extent();
-    int r = state_->selectTop, c = state_->selectLeft;
-    const bool oneCell = state_->selection == ShtSelectCells && r == state_->selectBottom && c == state_->selectRight;
+    int r = top, c = left;
     if (!oneCell || r < 0 || c < 0 || r >= extent.row || c >= extent.column) return false;
     if (++c == extent.column) {
         c = 0;
@@ -38,14 +40,15 @@ bool ShtSheet::ShtSheetSelectNext() {
 }
 
 bool ShtSheet::selectedRange(SheetRange& range) {
-    const eShtSelect kind = state_->selection;
+    short top = 0, left = 0, bottom = 0, right = 0;
+    const eShtSelect kind = ShtSheetSelectGet(&top, &left, &bottom, &right);
     if (kind == ShtSelectNone) return false;
     const kora::SheetExtent extent = state_->extent();
     const bool allRows = kind == ShtSelectCols || kind == ShtSelectSheet;
     const bool allCols = kind == ShtSelectRows || kind == ShtSelectSheet;
-    range.top = allRows || state_->selectTop < 0 ? 0 : state_->selectTop;
-    range.bottom = allRows || state_->selectBottom < 0 ? extent.row - 1 : state_->selectBottom;
-    range.left = allCols || state_->selectLeft < 0 ? 0 : state_->selectLeft;
-    range.right = allCols || state_->selectRight < 0 ? extent.column - 1 : state_->selectRight;
+    range.top = allRows || top < 0 ? 0 : top;
+    range.bottom = allRows || bottom < 0 ? extent.row - 1 : bottom;
+    range.left = allCols || left < 0 ? 0 : left;
+    range.right = allCols || right < 0 ? extent.column - 1 : right;
     return true;
 }

@@ -103,7 +103,7 @@ void ShtSheet::ShtSheetSizeUsedGet(short* rows, short* cols) {
     for (int r = 0; r < state_->table.rowCount(); ++r) {
         const kora::TShtRow& row = *state_->table.row(r);
         int used = row.count();
-        while (used > 0 && row[used - 1].view().empty()) --used;
+        while (used > 0 && row[used - 1].length() == 0) --used;
         if (used > 0) usedRows = r + 1;
         usedCols = std::max(usedCols, used);
     }

@@ -42,13 +42,17 @@ bool TShtTable::insertRow(int r, std::int16_t height) {
 bool TShtTable::insertColumn(int c, std::int16_t width) {
     if (!widths_.reserve(widths_.count() + 1) || !columns_.reserve(store, columns_.count() + 1, kCellsAhead))
         return false;
-    for (TShtRow& row : rows_)
-        if (row.count() > c && !row.reserve(store, row.count() + 1, 0)) return false;
+    const bool hasCells = widest_ > c;
+    if (hasCells)
+        for (TShtRow& row : rows_)
+            if (row.count() > c && !row.reserve(store, row.count() + 1, 0)) return false;
     columns_.insert(c);
     widths_.insert(c);
     widths_[c] = width;
+    if (!hasCells) return true;
     for (TShtRow& row : rows_)
         if (row.count() > c) row.insert(c);
+    ++widest_;
     return true;
 }
 
@@ -82,7 +86,9 @@ int TShtTable::removeRows(int first, int howMany) {
 int TShtTable::removeColumns(int first, int howMany) {
     int dirty = removeCells(columns_, first, howMany);
     widths_.remove(first, howMany);
+    if (widest_ <= first) return dirty;
     for (TShtRow& row : rows_) dirty += removeCells(row, first, howMany);
+    widest_ = std::max(first, widest_ - howMany);
     return dirty;
 }
 
@@ -93,6 +99,7 @@ bool TShtTable::moveColumn(int from, int to) {
     for (TShtRow& row : rows_) {
         if (row.count() <= first) continue;
         row.extend(last + 1);
+        widest_ = std::max(widest_, row.count());
         row.move(from, to);
     }
     columns_.move(from, to);
@@ -104,6 +111,7 @@ void TShtTable::clear() {
     rows_.clear();
     columns_ = {};
     widths_.clear();
+    widest_ = 0;
     store.clear();
 }
 

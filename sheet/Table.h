@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+
 #include "sheet/CellStore.h"
 #include "sheet/Lines.h"
 #include "sheet/NumberedList.h"
@@ -47,8 +49,10 @@ public:
     /// In a row that exists, under a column that exists.
     TShtCell* makeCell(TShtRow& in, int c) {
         if (TShtCell* const held = in.cell(c)) return held;
-        if (TShtCell* const made = in.append(c)) return made;
-        return growCells(in, c) ? &in[c] : nullptr;
+        TShtCell* const made = in.append(c);
+        if (made == nullptr && !growCells(in, c)) return nullptr;
+        widest_ = std::max(widest_, in.count());
+        return made != nullptr ? made : &in[c];
     }
     TShtCell* makeHeading(TShtRow& of) { return of.heading() != nullptr || growCells(of, -1) ? of.heading() : nullptr; }
 
@@ -91,6 +95,7 @@ private:
     NumberedList<TShtRow> rows_;
     TShtRow columns_{};
     NumberedList<std::int16_t> widths_;
+    int widest_ = 0;  // no row has more cells
 };
 
 }  // namespace kora

@@ -167,7 +167,7 @@ void ShtSheet::ShtSheetVirtSet(bool on) {
 }
 
 void ShtSheet::grow(SheetLine line) {
-    if (!state_->virtualMode) return;
+    if (!ShtSheetVirtGet()) return;
     const int count = state_->table.count(line);
     std::int64_t remaining = 2 * SheetAxis(*state_, line, client()).room();
     for (int n = state_->firstVisible[line]; n < count && remaining > 0; ++n) remaining -= state_->table.size(line, n);

@@ -225,7 +225,8 @@ public:
     virtual bool ShtColFlagsSet(short c, unsigned short flags);
 
     /// A cell's text, whether the cell holds its own copy, and what the owner attached. A missing cell is a blank one:
-    /// true, null, 0, null. The text is the cell's until its next change.
+    /// true, null, 0, null. The text stays where it is until the cell changes, or columns are inserted, deleted or
+    /// moved; those of headings until the heading changes.
     /// @return true
     virtual bool ShtCellGet(short r, short c, bool& copied, char*& text, long& length, void*& data);
     /// Sets a cell's text and data and makes it dirty. An edit in place of that cell is ended first.
@@ -238,7 +239,7 @@ public:
                             eShtCellShow showRow, eShtCellShow showCol);
     /// Scrolls, in each direction as told, unless the row (column) is fully visible. The row and the column are made,
     /// if need be; nothing is when both say ShtCellShowNone.
-    /// @return false when the sheet has no rows or no columns
+    /// @return false when the sheet has no rows or no columns, or what is to be shown cannot be made
     virtual bool ShtCellShow(short r, short c, eShtCellShow showRow, eShtCellShow showCol);
     /// A cell's mark, a character that is shown with it, and the number that belongs to it. Of a missing cell the mark
     /// is 0, and @p value stays as it was.
