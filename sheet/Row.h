@@ -19,6 +19,7 @@ public:
         if (static_cast<unsigned>(c) < near_) return first_ + c + 1;
         return c >= near_ && c < count_ ? &far(c) : nullptr;
     }
+    /// The same, as far as the first block goes.
     TShtCell* near(int c) const { return static_cast<unsigned>(c) < near_ ? first_ + c + 1 : nullptr; }
     /// @p c must be held.
     TShtCell& operator[](int c) const { return c < near_ ? first_[c + 1] : far(c); }

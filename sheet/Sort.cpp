@@ -77,36 +77,44 @@ void mergeRagged(const Ragged& rows, SortedRow* buffer) {
     }
 }
 
+// Rows that are equal in front of a column.
+struct Tied {
+    SortedRow *first, *behind;
+    int column;
+};
+
 // What a tree of rows makes of them, without its n * n / 2 comparisons of rows that are in order already. It puts
 // groups of rows that differ where all of them have cells in order, equal ones in reverse, and a group's rows among
 // themselves as if it held no others. False, with rows in any order, without memory.
 bool sortByCells(SortedRow* begin, SortedRow* end) {
+    const auto count = static_cast<std::size_t>(end - begin);
+    // Groups that wait have two rows at least, and each ragged one takes a row at least that is in no later one.
+    const std::unique_ptr<Tied[]> waiting(new (std::nothrow) Tied[count / 2 + 1]);
     std::unique_ptr<Ragged[]> ragged;
-    std::size_t runs = 0;
+    if (waiting == nullptr) return false;
+    std::size_t waits = 0, runs = 0;
     std::reverse(begin, end);
-    bool goesOn = true, hasMemory = true;
-    for (int c = 0; goesOn && hasMemory; ++c) {
-        goesOn = false;
+    waiting[waits++] = {begin, end, 0};
+    while (waits > 0) {
+        const auto [first, behind, column] = waiting[--waits];
+        const auto hasRunOut = [c = column](const SortedRow& sorted) { return sorted.row.count() <= c; };
+        SortedRow* others = first;
+        if (std::any_of(first, behind, hasRunOut)) {
+            others = std::stable_partition(first, behind, hasRunOut);
+            if (others == behind) continue;
+            if (ragged == nullptr) ragged.reset(new (std::nothrow) Ragged[count]);
+            if (ragged == nullptr) return false;
+            ragged[runs++] = {first, others, behind};
+        }
+        sortTied(others, behind, [c = column](const TShtRow& row) { return row[c].view(); });
         const auto isTied = [](const SortedRow&, const SortedRow& next) { return next.isTied; };
-        eachRun(begin, end, isTied, [&](SortedRow* first, SortedRow* behind) {
-            if (behind - first == 1 || !hasMemory) return;
-            SortedRow* others = first;
-            const auto hasRunOut = [c](const SortedRow& sorted) { return sorted.row.count() <= c; };
-            if (std::any_of(first, behind, hasRunOut)) {
-                others = std::stable_partition(first, behind, hasRunOut);
-                std::for_each(first, others, [](SortedRow& sorted) { sorted.isTied = false; });
-                if (others == behind) return;
-                // Each run takes a row at least that is in no later one.
-                if (ragged == nullptr) ragged.reset(new (std::nothrow) Ragged[static_cast<std::size_t>(end - begin)]);
-                hasMemory = ragged != nullptr;
-                if (hasMemory) ragged[runs++] = {first, others, behind};
-            }
-            goesOn = true;
-            sortTied(others, behind, [c](const TShtRow& row) { return row[c].view(); });
+        eachRun(others, behind, isTied, [&, next = column + 1](SortedRow* tied, SortedRow* behindTied) {
+            if (behindTied - tied > 1) waiting[waits++] = {tied, behindTied, next};
         });
     }
-    if (runs == 0 || !hasMemory) return hasMemory;
-    const std::unique_ptr<SortedRow[]> buffer(new (std::nothrow) SortedRow[static_cast<std::size_t>(end - begin)]);
+    if (runs == 0) return true;
+    const std::unique_ptr<SortedRow[]> buffer(new (std::nothrow) SortedRow[count]);
+    // Groups within a group have been found after it.
     while (buffer != nullptr && runs > 0) mergeRagged(ragged[--runs], buffer.get());
     return buffer != nullptr;
 }
@@ -123,7 +131,7 @@ int sortRows(TShtTable& table, eShtSort by, int followed) {
     const std::unique_ptr<SortedRow[]> rows(new (std::nothrow) SortedRow[static_cast<std::size_t>(count)]);
     if (rows == nullptr) return followed;
     SortedRow* const end = std::transform(table.rowsBegin(), table.rowsEnd(), rows.get(), [&](const TShtRow& row) {
-        return SortedRow{row, static_cast<std::int32_t>(&row - table.rowsBegin()), /*isTied=*/true, 0};
+        return SortedRow{row, static_cast<std::int32_t>(&row - table.rowsBegin()), /*isTied=*/false, 0};
     });
     if (by == ShtSortHeadings)
         sortByHeadings(rows.get(), end);

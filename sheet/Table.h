@@ -32,6 +32,7 @@ public:
     TShtRow* row(int r) { return rows_.holds(r) ? &rows_[r] : nullptr; }
     TShtCell* column(int c) { return columns_.cell(c); }
     TShtCell* cell(int r, int c) { return rows_.holds(r) ? rows_[r].cell(c) : nullptr; }
+    /// As far as the row's first block goes.
     TShtCell* near(int r, int c) { return rows_.holds(r) ? rows_[r].near(c) : nullptr; }
     /// The height of a row (width of a column) that exists.
     std::int16_t& size(SheetLine line, int n) { return line == SheetLine::row ? rows_[n].size : widths_[n]; }
