@@ -13,11 +13,7 @@ namespace {
 
 constexpr int kMargin = 200;  // beside a text
 
-std::int16_t cutTo16(std::int64_t size) {
-    return static_cast<std::int16_t>(std::clamp<std::int64_t>(size, 0, INT16_MAX));
-}
-
-std::int16_t widthFor(LPNT text) { return cutTo16(std::int64_t{text.h} + kMargin); }
+std::int16_t widthFor(LPNT text) { return kora::sizeFor(std::int64_t{text.h} + kMargin); }
 
 // No text takes no room, in headings too. The cell may be gone behind the call.
 LPNT measured(WinSurface& surface, const TShtCell& cell) {
@@ -69,7 +65,7 @@ void ShtSheet::ShtSheetAutoSize(eShtAutoSize rows, eShtAutoSize cols, eShtHeader
         }
         if (fitRows || fitCols) height = std::max(height, fitCells(*this, state, r, fitCols));
         kora::TShtRow* const row = rows != ShtAutoSizeNone ? state.table.row(r) : nullptr;
-        if (row != nullptr) row->size = fitRows && height > 0 ? cutTo16(height) : state.defaultSize.row;
+        if (row != nullptr) row->size = fitRows && height > 0 ? kora::sizeFor(height) : state.defaultSize.row;
         busy.next();
     }
     updateScrollBars();

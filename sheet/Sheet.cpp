@@ -21,8 +21,6 @@ kora::SheetState& noState() {
     return state;
 }
 
-std::int16_t cutTo16(std::int32_t size) { return static_cast<std::int16_t>(std::clamp(size, 0, INT16_MAX)); }
-
 }  // namespace
 
 ShtSheet::ShtSheet(TskKoraModule* module, WinWindow* parentWindow, short resourceId)
@@ -79,7 +77,7 @@ void ShtSheet::ShtSheetFontSet(WinFont* font) {
     redrawSheet();
     LPNT size = {0, 0};
     WinTextMeasure("1234567890", 10, &size);
-    state_->defaultSize = {cutTo16(size.v), cutTo16(size.h)};
+    state_->defaultSize = {kora::sizeFor(size.v), kora::sizeFor(size.h)};
 }
 
 void ShtSheet::ShtSheetUserMoveOkayGet(bool* rows, bool* cols) {

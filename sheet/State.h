@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 #include "sheet/Table.h"
@@ -8,6 +9,11 @@ namespace kora {
 
 /// In ranges that are redrawn: up to the end.
 constexpr int kToEnd = 32767;
+
+/// A length as the size of a row or column: sizes have 16 bits and are not below 0.
+constexpr std::int16_t sizeFor(std::int64_t length) {
+    return static_cast<std::int16_t>(std::clamp<std::int64_t>(length, 0, INT16_MAX));
+}
 
 /// What a writer invalidates: nothing, the rows and columns that it made, or its cell too.
 enum class SheetRedraw : int { nothing, grown, written };
