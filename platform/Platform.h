@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+struct NetNcb;
 struct tagMSG;
 
 /// Everything that the library takes from the system. The backends in platform/posix and platform/win32 answer it
@@ -246,5 +247,70 @@ void messagesWait(std::uint32_t milliseconds);
 /// The value posted to receiver 0 for each Ctrl+C (or its like) once this was called with true; false gives the
 /// system's own behaviour back.
 bool interruptsToMessages(bool on);
+
+// ---- network control blocks ------------------------------------------------------------------------------------
+
+/// Memory that a driver may reach from anywhere in the system: zero-filled and locked. Null is none.
+struct SharedBlock {
+    void* memory = nullptr;
+    std::uintptr_t handle = 0;
+};
+
+/// Where a driver of the library's own finds its network; the system's has settings of its own.
+struct NetworkSettings {
+    std::string device;     ///< the interface's name; empty is the first one that can broadcast
+    std::string broadcast;  ///< the address that broadcasts go to, in dotted form; empty is the interface's own
+    std::uint16_t namePort = 0;
+    std::uint16_t datagramPort = 0;
+    std::string scope;
+    bool operator==(const NetworkSettings&) const = default;
+};
+
+class Network {
+public:
+    virtual ~Network() = default;
+    virtual SharedBlock allocate(std::size_t size);
+    virtual void release(const SharedBlock& block);
+    /// Executes a block (NetDriver of Net.h says how): Netbios() of the system, each adapter reset once before its
+    /// first command; on POSIX a broadcast node of NetBIOS over UDP, adapter 0. @p settings is asked on the calling
+    /// thread whenever nothing is registered or under way.
+    ///
+    /// Where the driver cannot begin, every command is answered with why: 251 without the system's function; 33 when
+    /// another program holds a port, 9 when the system has no socket, thread or memory left, 53 when it refuses one,
+    /// 67 when there is no such interface.
+    virtual unsigned char execute(NetNcb& block, NetworkSettings (*settings)());
+};
+
+Network& network();
+/// For tests, as fileSystemSet().
+Network* networkSet(Network* replacement);
+/// Ends the driver: names are released, commands that are under way complete with 11 through their post routines
+/// before it returns. The next command begins anew. On Windows the system does that when the process ends.
+void networkStop();
+
+/// A line of text in a window: pixels from its left edge, and half lines below the first one.
+struct StatusLine {
+    int x;
+    int halfLine;
+    std::string text;
+};
+
+/// A hidden window in the name of a NetBIOS object; 0 is none. On POSIX there are no windows, and it is its receiver.
+using StatusWindow = std::uintptr_t;
+
+/// Opens one on the user-interface thread. What statusWindowPost() posts is handed to the sink of messagesStart() for
+/// @p receiver; @p page is asked for the lines with @p context when the window paints itself. On Windows
+/// @p instance has the window's class, and posting is message 7490 with the value as its second parameter.
+StatusWindow statusWindowOpen(unsigned long instance, std::uint32_t receiver, std::vector<StatusLine> (*page)(void*),
+                              void* context);
+/// Safe on every thread while the window is open. False when nothing can be posted.
+bool statusWindowPost(StatusWindow window, std::uintptr_t value);
+/// Shows the window with its lines as they are now. False where nobody could see it.
+bool statusWindowShow(StatusWindow window);
+/// What was posted and not yet handled goes to the sink at once.
+void statusWindowClose(StatusWindow window);
+
+/// The computer's name as the machine's registry has it; nothing on POSIX.
+std::optional<std::string> registeredComputerName();
 
 }  // namespace kora::platform

@@ -19,6 +19,7 @@ Service& systemService() {
 struct {
     FileSystem* files = nullptr;  // null: the system's
     Environment* environment = nullptr;
+    Network* network = nullptr;
 } constinit replacements;
 
 }  // namespace
@@ -38,6 +39,14 @@ Environment& environment() {
 Environment* environmentSet(Environment* replacement) {
     Environment* before = &environment();
     replacements.environment = replacement;
+    return before;
+}
+
+Network& network() { return replacements.network ? *replacements.network : systemService<Network>(); }
+
+Network* networkSet(Network* replacement) {
+    Network* before = &network();
+    replacements.network = replacement;
     return before;
 }
 
