@@ -21,7 +21,7 @@ bool isWildcard(const Name& name);
 /// case. Its length is bounded, since names on the network are: 255 bytes with everything.
 class Scope {
 public:
-    static constexpr std::size_t kMaxLength = 219;
+    static constexpr std::size_t kMaxLength = 220;
     Scope() = default;
     /// Nothing for a text that no name on the network can carry: an empty label, one of more than 63 bytes, too long.
     static std::optional<Scope> of(std::string_view text);

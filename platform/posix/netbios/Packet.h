@@ -9,8 +9,11 @@
 /// only, allocate nothing, and answer nothing for a packet that is not whole.
 namespace kora::platform::netbios {
 
-/// No packet is longer than this; what is on the network may be, and is not looked at.
-inline constexpr std::size_t kMaxPacket = 576;
+/// No packet is longer than this; what is on the network may be, and is not looked at. The longest is a datagram of 512
+/// bytes with long scopes, in one piece, as stations on Windows send it.
+inline constexpr std::size_t kMaxPacket = 14 + 2 * 255 + 512;
+/// None of the name service's that is written; others have no room for more.
+inline constexpr std::size_t kMaxNamePacket = 576;
 
 // ---- name service ----------------------------------------------------------------------------------------------
 
@@ -49,7 +52,7 @@ struct NamePacket {
 /// Nothing when the packet is cut off, contradicts itself, or has a question or record of another type or class.
 std::optional<NamePacket> readNamePacket(Bytes packet);
 /// The bytes to send: the question where there is one, and the record where there is one (in a request behind the
-/// question as additional record). Empty when they are more than kMaxPacket.
+/// question as additional record). Empty when they are more than kMaxNamePacket.
 std::vector<unsigned char> writeNamePacket(const NamePacket& packet);
 
 /// The data of a name record: flags and address, for the first address in it. Addresses are in host order.
