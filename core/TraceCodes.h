@@ -21,6 +21,7 @@ enum File : std::uint32_t {
     kRamArray = 27,     // containers/RamArray.cpp
     kCommandLine = 37,  // tasks/CommandLine.cpp
     kGeometry = 38,     // geometry/Anchors.cpp, Rotation.cpp
+    kNetwork = 50,      // net/Completion.cpp
 };
 
 constexpr std::uint32_t code(File file, std::uint32_t location) {

@@ -8,6 +8,7 @@
 #include "tasks/CommandLine.h"
 #include "tasks/Mailbox.h"
 #include "tasks/ModuleStart.h"
+#include "tasks/PeerMessaging.h"
 #include "tasks/Registry.h"
 #include "tasks/Running.h"
 #include "tasks/Timers.h"
@@ -73,6 +74,7 @@ void TskExit() {
     kora::modulesEnded();
     kora::applicationState.started = false;
     kora::applicationState.staying = 0;
+    kora::netStop();
     kora::mailboxesStop();
     kora::settingsStop();
     kora::pathsStop();

@@ -25,7 +25,8 @@ class NetPeer;
 
 namespace kora {
 struct NetCompletion;
-}
+struct NetStatusPage;
+}  // namespace kora
 
 /// The network control block, in the published layout: 64 bytes where pointers have 32 bits. Who issues one keeps it
 /// and its buffer where they are until it has completed.
@@ -121,6 +122,10 @@ protected:
 private:
     friend class NetPeer;
     friend struct kora::NetCompletion;
+    friend struct kora::NetStatusPage;
+
+    void commandFill(NetNcb& block, unsigned char code) const;
+    void statusRefresh(short number);
 };
 
 /// The NetBIOS object of a NetPeer: hands its notifications on.
