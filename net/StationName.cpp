@@ -1,10 +1,11 @@
+#include "net/StationName.h"
+
 #include <kora/Net.h>
 #include <kora/Utl.h>
 
-#include <cstring>
+#include <cstddef>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "platform/Platform.h"
 #include "settings/ProfileText.h"
@@ -34,14 +35,14 @@ std::string nameInSystemProfile() {
     return findProfileEntry(text, "network", "ComputerName", line, place) ? std::string(line.value) : std::string();
 }
 
+}  // namespace
+
 std::string stationName() {
     if (std::string name = nameInSystemProfile(); !name.empty()) return name;
     if (const int system = UtlOS(); system >= 1 && system <= 3)
         if (std::optional<std::string> name = platform::registeredComputerName()) return *name;
     return platform::environment().variable("QZSTATION").value_or("unknown");
 }
-
-}  // namespace
 
 }  // namespace kora
 
