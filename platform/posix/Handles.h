@@ -42,6 +42,14 @@ inline int openFile(const char* native, int flags, mode_t mode = 0) {
     return descriptor;
 }
 
+/// The descriptor @p made, or another one in its place, above the standard streams: where one of those is closed, its
+/// number is the first that is free, and what people are told would be written to whatever this is.
+inline int aboveStandardStreams(int made) {
+    if (made < 0 || made > STDERR_FILENO) return made;
+    const Descriptor low(made);
+    return ::fcntl(made, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+}
+
 struct CloseDirectory {
     void operator()(DIR* stream) const { closedir(stream); }
 };

@@ -57,13 +57,6 @@ void onSignal(int) {
     errno = error;
 }
 
-/// What wakes the thread that waits. Above the standard streams: where one of those is closed, its number is the first
-/// that is free, and what people are told would be written into the wake-up.
-int makeWakeDescriptor() {
-    const posix::Descriptor made(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
-    return made ? fcntl(made.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1) : -1;
-}
-
 /// Puts a message at the end of the queue, which is locked.
 void append(std::uint32_t receiver, std::uintptr_t value) {
     state.queue->push_back({state.lastSerial + 1, receiver, value});
@@ -93,7 +86,8 @@ bool messagesStart(MessageSink sink) {
     if (!sink) return false;
     try {
         const std::lock_guard lock(state.mutex);
-        if (wakeDescriptor.load() < 0) wakeDescriptor = makeWakeDescriptor();
+        if (wakeDescriptor.load() < 0)
+            wakeDescriptor = posix::aboveStandardStreams(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
         if (wakeDescriptor.load() < 0) return false;
         if (!state.queue) state.queue = new std::deque<Message>;
         state.sink = sink;
