@@ -7,7 +7,7 @@ endif()
 set(KORA_SYSTEM_LIBRARIES "")
 if(WIN32)
     # Nothing newer than Windows XP is linked statically; what newer systems offer is bound at run time.
-    set(KORA_SYSTEM_LIBRARIES user32 advapi32 shell32 comdlg32 ole32 version)
+    set(KORA_SYSTEM_LIBRARIES user32 gdi32 advapi32 shell32 comdlg32 ole32 version)
 else()
     set(KORA_SYSTEM_LIBRARIES ${CMAKE_DL_LIBS})
 endif()

@@ -1,3 +1,5 @@
+#include "platform/win32/Messages.h"
+
 #include "platform/win32/Win32.h"
 
 #include <atomic>
@@ -31,7 +33,7 @@ struct {
     Posted* first = nullptr;  // taken from above, in the order of posting
     Posted* last = nullptr;
     std::uint32_t taken = 0;
-    std::exception_ptr* thrown = nullptr;  // by the sink while one of the system's own message loops ran
+    std::exception_ptr* thrown = nullptr;  // within a window's procedure
 } constinit messages;
 
 void takePosted() {
@@ -85,7 +87,7 @@ LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wide, LPARAM 
     try {
         handlePosted();
     } catch (...) {
-        if (!messages.thrown) messages.thrown = new (std::nothrow) std::exception_ptr(std::current_exception());
+        holdException();
     }
     return 0;
 }
@@ -109,6 +111,21 @@ BOOL WINAPI interrupted(DWORD event) {
 }
 
 }  // namespace
+
+bool messagesStarted() noexcept { return messages.window.load() != nullptr; }
+
+void deliverMessage(std::uint32_t receiver, std::uintptr_t value) noexcept {
+    if (!messagesStarted()) return;
+    try {
+        messages.sink(receiver, value);
+    } catch (...) {
+        holdException();
+    }
+}
+
+void holdException() noexcept {
+    if (!messages.thrown) messages.thrown = new (std::nothrow) std::exception_ptr(std::current_exception());
+}
 
 bool messagesStart(MessageSink sink) {
     if (!sink) return false;

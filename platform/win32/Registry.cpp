@@ -7,6 +7,7 @@ namespace kora::platform {
 namespace {
 
 constexpr char kBaseKey[] = "Software\\Veltrane\\Tessera5\\";
+constexpr char kComputerNameKey[] = "System\\CurrentControlSet\\control\\ComputerName\\ComputerName";
 
 struct Key {
     HKEY key = nullptr;
@@ -34,19 +35,15 @@ RegistryType typeOf(DWORD type) {
     }
 }
 
-}  // namespace
-
-bool registryRead(const std::string& section, const std::string& name, RegistryValue& value) try {
+bool read(HKEY root, const char* path, const char* name, RegistryValue& value) {
     Key key;
-    if (!whole(section, name) ||
-        RegOpenKeyExA(HKEY_CURRENT_USER, (kBaseKey + section).c_str(), 0, KEY_QUERY_VALUE, &key.key) != ERROR_SUCCESS)
-        return false;
+    if (RegOpenKeyExA(root, path, 0, KEY_QUERY_VALUE, &key.key) != ERROR_SUCCESS) return false;
     std::string bytes(256, '\0');
     for (;;) {
         DWORD type = REG_NONE;
         DWORD size = static_cast<DWORD>(bytes.size());
         const LONG result =
-            RegQueryValueExA(key.key, name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(bytes.data()), &size);
+            RegQueryValueExA(key.key, name, nullptr, &type, reinterpret_cast<BYTE*>(bytes.data()), &size);
         if (result == ERROR_SUCCESS) {
             bytes.resize(size);
             value = {typeOf(type), std::move(bytes)};
@@ -56,6 +53,12 @@ bool registryRead(const std::string& section, const std::string& name, RegistryV
         if (result != ERROR_MORE_DATA) return false;
         bytes.resize(size);
     }
+}
+
+}  // namespace
+
+bool registryRead(const std::string& section, const std::string& name, RegistryValue& value) try {
+    return whole(section, name) && read(HKEY_CURRENT_USER, (kBaseKey + section).c_str(), name.c_str(), value);
 } catch (const std::exception&) {
     return false;
 }
@@ -70,6 +73,15 @@ bool registryWrite(const std::string& section, const std::string& name, const Re
                           static_cast<DWORD>(value.bytes.size())) == ERROR_SUCCESS;
 } catch (const std::exception&) {
     return false;
+}
+
+std::optional<std::string> registeredComputerName() try {
+    RegistryValue value;
+    if (!read(HKEY_LOCAL_MACHINE, kComputerNameKey, "ComputerName", value) || value.type != RegistryType::text)
+        return {};
+    return value.bytes.substr(0, value.bytes.find('\0'));
+} catch (const std::exception&) {
+    return {};
 }
 
 }  // namespace kora::platform
