@@ -15,24 +15,32 @@ namespace kora {
 
 namespace {
 
-struct {
+struct Commands {
     std::mutex mutex;
     std::unordered_set<NetCommand*>* all = nullptr;  // made for the first command, and never deleted
     int lost = 0;
     std::uint32_t box = 0;  // opened once, and never closed
-} constinit commands;
+};
+
+/// Never destroyed: a driver may post until the process has ended. Made at the first call, since not every compiler
+/// knows a mutex as a constant.
+Commands& commands() {
+    alignas(Commands) static constinit std::byte room[sizeof(Commands)] = {};
+    static Commands* const made = new (room) Commands;
+    return *made;
+}
 
 // Finds a command of the table in that state, whatever the address may be worth.
 NetCommand* find(void* address, NetCommand::State state) {
-    if (commands.all == nullptr) return nullptr;
-    const auto found = commands.all->find(static_cast<NetCommand*>(address));
-    return found != commands.all->end() && (*found)->state == state ? *found : nullptr;
+    if (commands().all == nullptr) return nullptr;
+    const auto found = commands().all->find(static_cast<NetCommand*>(address));
+    return found != commands().all->end() && (*found)->state == state ? *found : nullptr;
 }
 
 void delivered(void*, std::uintptr_t address) {
     NetCommand* command;
     {
-        const std::lock_guard lock(commands.mutex);
+        const std::lock_guard lock(commands().mutex);
         command = find(reinterpret_cast<void*>(address), NetCommand::State::posted);
         if (command == nullptr) return;
         command->state = NetCommand::State::ours;
@@ -61,10 +69,10 @@ void blocksFree(const NetCommand& command) {
 }
 
 bool enter(NetCommand* command) {
-    const std::lock_guard lock(commands.mutex);
+    const std::lock_guard lock(commands().mutex);
     return guarded([&] {
-        if (commands.all == nullptr) commands.all = new std::unordered_set<NetCommand*>;
-        commands.all->insert(command);
+        if (commands().all == nullptr) commands().all = new std::unordered_set<NetCommand*>;
+        commands().all->insert(command);
     });
 }
 
@@ -73,11 +81,11 @@ template <class Unused>
 void sweep(Unused unused) {
     NetCommand* first = nullptr;
     {
-        const std::lock_guard lock(commands.mutex);
-        if (commands.all == nullptr) return;
-        std::erase_if(*commands.all, [&](NetCommand* command) {
+        const std::lock_guard lock(commands().mutex);
+        if (commands().all == nullptr) return;
+        std::erase_if(*commands().all, [&](NetCommand* command) {
             if (!unused(*command)) return false;
-            if (command->state == NetCommand::State::lost) --commands.lost;
+            if (command->state == NetCommand::State::lost) --commands().lost;
             command->next = first;
             first = command;
             return true;
@@ -92,8 +100,8 @@ void sweep(Unused unused) {
 
 void sweepLost() {
     {
-        const std::lock_guard lock(commands.mutex);
-        if (commands.lost == 0) return;
+        const std::lock_guard lock(commands().mutex);
+        if (commands().lost == 0) return;
     }
     sweep([](const NetCommand& command) { return command.state == NetCommand::State::lost; });
 }
@@ -102,8 +110,8 @@ void sweepLost() {
 
 std::uint32_t netCompletionBox() {
     if (!mailboxesStart()) return 0;
-    if (commands.box == 0) commands.box = mailboxOpen(delivered, nullptr);
-    return commands.box;
+    if (commands().box == 0) commands().box = mailboxOpen(delivered, nullptr);
+    return commands().box;
 }
 
 NetCommand* netCommandMake(NetBIOS& owner, NetCounters& counters, platform::StatusWindow window, std::size_t size) {
@@ -137,8 +145,8 @@ void netDataFree(NetCommand& command) {
 
 void netCommandFree(NetCommand& command) {
     {
-        const std::lock_guard lock(commands.mutex);
-        commands.all->erase(&command);
+        const std::lock_guard lock(commands().mutex);
+        commands().all->erase(&command);
     }
     blocksFree(command);
 }
@@ -146,34 +154,34 @@ void netCommandFree(NetCommand& command) {
 unsigned char netCommandIssue(NetCommand& command) {
     command.block.ncb_command |= net::kAsynchronous;
     {
-        const std::lock_guard lock(commands.mutex);
+        const std::lock_guard lock(commands().mutex);
         command.state = NetCommand::State::issued;
     }
     const unsigned char code = netDriverCall(command.block);
     if (code == 0) return 0;
     // A driver that refuses a command posts nothing; if it has, the message finds nothing that waits for it.
-    const std::lock_guard lock(commands.mutex);
+    const std::lock_guard lock(commands().mutex);
     command.state = NetCommand::State::ours;
     return code;
 }
 
 void netCommandPost(NetNcb* block) {
-    const std::lock_guard lock(commands.mutex);
+    const std::lock_guard lock(commands().mutex);
     NetCommand* const command = find(block, NetCommand::State::issued);
     if (command == nullptr) return;
     command->state = NetCommand::State::posted;
     const auto value = reinterpret_cast<std::uintptr_t>(command);
-    if (command->window != 0 ? platform::statusWindowPost(command->window, value) : mailboxPost(commands.box, value))
+    if (command->window != 0 ? platform::statusWindowPost(command->window, value) : mailboxPost(commands().box, value))
         return;
     command->state = NetCommand::State::lost;
-    ++commands.lost;
+    ++commands().lost;
 }
 
 void netCommandsOrphan(const NetBIOS& owner) {
     {
-        const std::lock_guard lock(commands.mutex);
-        if (commands.all == nullptr) return;
-        for (NetCommand* command : *commands.all) {
+        const std::lock_guard lock(commands().mutex);
+        if (commands().all == nullptr) return;
+        for (NetCommand* command : *commands().all) {
             if (command->owner != &owner) continue;
             command->owner = nullptr;
             command->counters = nullptr;

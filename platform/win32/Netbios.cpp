@@ -49,7 +49,7 @@ struct Driver {
 
 /// Never destroyed: the system may post until the process has ended.
 Driver& driver() {
-    alignas(Driver) static std::byte room[sizeof(Driver)];
+    alignas(Driver) static constinit std::byte room[sizeof(Driver)] = {};
     static Driver* const made = new (room) Driver;
     return *made;
 }

@@ -17,7 +17,8 @@ std::string adapterStatus() {
     status[58] = 17;      // names, one more than are shown
     status[59] = 0;
     for (std::size_t i = 0; i < 16; ++i) {
-        const std::string name = i == 0 ? "SIXTEEN LETTERS!" : "N" + std::to_string(i) + std::string(14, ' ');
+        const std::string name =
+            i == 0 ? "SIXTEEN LETTERS!" : std::string("N") + std::to_string(i) + std::string(14, ' ');
         status.replace(60 + i * 18, 16, name.substr(0, 16));
         status[60 + i * 18 + 16] = static_cast<char>(i + 2);
         status[60 + i * 18 + 17] = '\x84';
