@@ -19,5 +19,5 @@ run(${CMAKE_COMMAND} --build ${WORK}/build)
 
 file(GLOB_RECURSE built ${WORK}/build/*.qzx)
 if(NOT built)
-    message(FATAL_ERROR "no netlist.qzx was built")
+    message(FATAL_ERROR "no module was built")
 endif()
