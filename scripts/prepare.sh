@@ -20,6 +20,20 @@ need() {
     as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing >&2
 }
 
+# need_nmbd: puts Samba's nmbd on the PATH. Where it is not installed, its package is unpacked alone: installed, it would
+# start Samba's services, now and with the system.
+need_nmbd() {
+    PATH=$PATH:/usr/sbin:/sbin
+    need iproute2 samba-common-bin samba-libs
+    command -v nmbd >/dev/null && return
+    version=$(dpkg-query -W -f '${Version}' samba-libs)
+    PATH=$PATH:$top/build/samba-${version#*:}
+    command -v nmbd >/dev/null && return
+    mkdir -p "${PATH##*:}"
+    (cd "${PATH##*:}" && apt-get download -qq "samba=$version" &&
+        dpkg-deb --fsys-tarfile samba_*.deb | tar -x --strip-components=3 ./usr/sbin/nmbd && rm samba_*.deb) >&2
+}
+
 # build PRESET [TARGET...]: configures and builds build/PRESET, with ccache where that is installed.
 build() {
     preset=$1

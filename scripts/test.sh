@@ -17,6 +17,7 @@ case ${1:-} in
 esac
 
 need cmake ninja-build g++ gcc googletest
+[ "$preset" = windows ] || need_nmbd
 case $preset in
 sanitize) need clang libclang-rt-14-dev ;;
 windows) need g++-mingw-w64-i686-posix gcc-mingw-w64-i686-posix mingw-w64-i686-dev debootstrap ;;
