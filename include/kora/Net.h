@@ -10,13 +10,11 @@
 /// broadcast node (RFC 1001 and 1002), so that stations of both kinds meet. It takes its settings from section
 /// "NetBIOS" of the main profile, whenever it is asked for its adapter while no name is registered:
 ///
-/// | key          | is                                                              | default |
-/// |--------------|-----------------------------------------------------------------|---------|
-/// | Interface    | the network interface's name                                    | the first one that can broadcast
-/// | | Broadcast    | the address that broadcasts go to                               | the interface's own | |
-/// NamePort     | the UDP port of the name service                                | 137     | | DatagramPort | the UDP
-/// port of the datagram service                            | 138     | | Scope        | the NetBIOS scope; only
-/// stations of the same scope see each other | none    |
+/// - `Interface`: the network interface's name; by default the first one that can broadcast
+/// - `Broadcast`: the address that broadcasts go to; by default the interface's own
+/// - `NamePort`: the UDP port of the name service; by default 137
+/// - `DatagramPort`: the UDP port of the datagram service; by default 138
+/// - `Scope`: the NetBIOS scope, since only stations of the same one see each other; by default none
 ///
 /// Ports below 1024 take a privilege on most systems; the loopback with ports of its own (Interface `lo`, Broadcast
 /// 127.255.255.255) takes none. All of this belongs to the user-interface thread.
