@@ -44,7 +44,7 @@ host beta || result=1
 wait "$alpha" || result=1
 
 echo "\$ cat ts.ini"
-sed "s|$folder/||" "$folder/ts.ini"
+cat "$folder/ts.ini"
 for name in alpha beta; do
     echo
     echo "\$ QZSTATION=$name kora-host --ini ts.ini -peer TEAM -till 2 -for 30 -say \"Hello from $name\""
