@@ -14,9 +14,7 @@ namespace {
 constexpr int kRequests = 3;
 constexpr Time kBetweenRequests = 250;
 
-bool claims(unsigned char command) { return command == command::kAddName || command == command::kAddGroupName; }
-
-/// The commands that others have a part in.
+/// The commands that may wait for others.
 bool mayPend(unsigned char command) {
     return claims(command) || command == command::kSendDatagram || command == command::kReceiveDatagram ||
            command == command::kReceiveBroadcast || command == command::kAdapterStatus;
@@ -25,6 +23,8 @@ bool mayPend(unsigned char command) {
 bool isCancellable(unsigned char command) { return !claims(command) && command != command::kSendDatagram; }
 
 }  // namespace
+
+bool claims(unsigned char command) { return command == command::kAddName || command == command::kAddGroupName; }
 
 bool isLegal(const Name& name) { return name[0] != '*' && name[0] != 0; }
 
@@ -111,7 +111,7 @@ Node::Outcome Node::begin(const Command& command) {
 }
 
 Node::Outcome Node::addName(Command command) {
-    Name name;
+    Name& name = command.remote;
     std::ranges::copy(command.block->ncb_name, name.begin());
     if (!isLegal(name)) return {Outcome::refused, code::kNameNotFound};
     if (names_.find(name)) return {Outcome::refused, code::kDuplicateName};

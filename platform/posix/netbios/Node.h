@@ -43,7 +43,9 @@ struct Waiter {
     std::condition_variable changed;
 };
 
-/// What anybody may take for a name of somebody.
+/// Whether a command claims a name.
+bool claims(unsigned char command);
+/// Whether somebody can have this name: none that begins with `*` or NUL.
 bool isLegal(const Name& name);
 
 /// A command that has ended and whose post routine is to be called.
@@ -92,7 +94,7 @@ private:
         Waiter* waiter = nullptr;  // null for an asynchronous one
         unsigned char command = 0;
         std::uint8_t number = 0;  // of the name that it is for
-        Name remote{};            // whom it asks for
+        Name remote{};            // whom it asks for, or what it claims
         std::uint16_t transaction = 0;
         int requests = 0;   // that have been made, and
         bool sent = false;  // whether one of them could be sent
@@ -125,6 +127,7 @@ private:
     void nameAnswered(const NamePacket& answer);
     void answerClaim(const NamePacket& request, const Endpoint& from);
     void answerQuery(const NamePacket& request, const Endpoint& from);
+    void answerOwn(const LocalName& own, std::uint8_t result, const NamePacket& request, const Endpoint& from);
     void answerStatus(const NamePacket& request, const Endpoint& from);
     bool sendRequest(const NamePacket& packet);
     void sendAnswer(const NamePacket& packet, const Endpoint& to);

@@ -99,26 +99,21 @@ void Node::answerClaim(const NamePacket& request, const Endpoint& from) {
     // Names that are just being claimed count: of two that want the same one, nobody shall get it twice.
     const LocalName* own = names_.find(request.question.name);
     if (!claim || !own || !request.recursionDesired) return;
-    if (own->group && (claim->flags & kGroupFlag) != 0) return;
-    const auto data = writeNameAddress({flagsOf(*own), wire_.address()});
-    NamePacket answer;
-    answer.transaction = request.transaction;
-    answer.response = answer.authoritative = answer.recursionDesired = true;
-    answer.opcode = Opcode::registration;
-    answer.result = kNameActive;
-    answer.hasRecord = true;
-    answer.record = request.question;
-    answer.data = data;
-    sendAnswer(answer, from);
+    if (!own->group || (claim->flags & kGroupFlag) == 0) answerOwn(*own, kNameActive, request, from);
 }
 
 void Node::answerQuery(const NamePacket& request, const Endpoint& from) {
-    const LocalName* own = names_.registered(request.question.name);
-    if (!own) return;
-    const auto data = writeNameAddress({flagsOf(*own), wire_.address()});
+    if (const LocalName* own = names_.registered(request.question.name)) answerOwn(*own, 0, request, from);
+}
+
+/// Tells who asks for a name of our own, or claims it, whose it is.
+void Node::answerOwn(const LocalName& own, std::uint8_t result, const NamePacket& request, const Endpoint& from) {
+    const auto data = writeNameAddress({flagsOf(own), wire_.address()});
     NamePacket answer;
     answer.transaction = request.transaction;
     answer.response = answer.authoritative = answer.recursionDesired = true;
+    answer.opcode = request.opcode;
+    answer.result = result;
     answer.hasRecord = true;
     answer.record = request.question;
     answer.data = data;
@@ -146,28 +141,26 @@ void Node::answerStatus(const NamePacket& request, const Endpoint& from) {
 
 void Node::nameAnswered(const NamePacket& answer) {
     if (!answer.hasRecord || !(answer.record.scope == scope_)) return;
-    const Name& name = answer.record.name;
-    // Who demands that a name be given up has heard of the claim, and asks with a number of his own.
-    const bool conflict = answer.opcode == Opcode::registration && answer.result == kNameConflict;
-    for (std::size_t i = 0; i < pending_.size(); ++i) {
-        Command& command = pending_[i];
-        if (command.requests == 0 || (command.transaction != answer.transaction && !conflict)) continue;
-        if (answer.opcode == Opcode::registration) {
-            const LocalName* own = names_.find(name);
-            const bool claimed = own && !own->registered && own->number == command.number;
-            if (claimed && answer.result != 0) return complete(i, code::kNameInUse);
-        } else if (answer.opcode == Opcode::query && answer.result == 0 && command.remote == name) {
-            if (command.command == command::kAdapterStatus && answer.recordType == RecordType::status) {
-                std::optional<NodeStatus> remote = readNodeStatus(answer.data);
-                if (!remote) return;
-                return complete(i, writeStatus(*command.block, *remote));
-            }
-            if (command.command == command::kSendDatagram && answer.recordType == RecordType::name) {
-                const std::optional<NameAddress> owner = readNameAddress(answer.data);
-                if (owner) ownerFound(name, {(owner->flags & kGroupFlag) != 0, owner->address});
-                return;
-            }
-        }
+    const bool onClaim = answer.opcode == Opcode::registration && answer.result != 0;
+    const bool onQuery = answer.opcode == Opcode::query && answer.result == 0;
+    const bool onStatus = onQuery && answer.recordType == RecordType::status;
+    // Who demands that a name be given up has heard of the claim, and has a transaction of his own.
+    const bool conflict = onClaim && answer.result == kNameConflict;
+    const auto found = std::ranges::find_if(pending_, [&](const Command& pending) {
+        if (pending.requests == 0 || pending.remote != answer.record.name) return false;
+        if (claims(pending.command)) return onClaim && (conflict || pending.transaction == answer.transaction);
+        return onQuery && onStatus == (pending.command == command::kAdapterStatus) &&
+               pending.transaction == answer.transaction;
+    });
+    if (found == pending_.end()) return;
+    const auto index = static_cast<std::size_t>(found - pending_.begin());
+    if (onClaim) {
+        complete(index, code::kNameInUse);
+    } else if (onStatus) {
+        if (const std::optional<NodeStatus> remote = readNodeStatus(answer.data))
+            complete(index, writeStatus(*found->block, *remote));
+    } else if (const std::optional<NameAddress> owner = readNameAddress(answer.data)) {
+        ownerFound(answer.record.name, {(owner->flags & kGroupFlag) != 0, owner->address});
     }
 }
 
