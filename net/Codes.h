@@ -1,14 +1,12 @@
 #pragma once
 
-/// Commands and codes of network control blocks, and the library's own codes.
+#include "platform/NetbiosCodes.h"
+
+/// The published commands and return codes, and what is the library's own beside them.
 namespace kora::net {
 
-inline constexpr unsigned char kSendDatagram = 0x20, kReceiveDatagram = 0x21, kDeleteName = 0x31, kAdapterStatus = 0x33,
-                               kAddGroupName = 0x36, kInvalidCommand = 0x7F;
-inline constexpr unsigned char kCommandMask = 0x7F, kAsynchronous = 0x80;
-
-/// Return codes that decide what happens next.
-inline constexpr unsigned char kInvalidCommandCode = 3, kNoResource = 9, kDuplicateName = 13, kSystemError = 64;
+namespace command = platform::netbios::command;
+namespace code = platform::netbios::code;
 
 inline constexpr unsigned short kNoWindow = 4096, kNoPostRoutine = 4097, kNoMemory = 4099, kNameExists = 4100,
                                 kNotSent = 65535, kNoName = 65535;

@@ -152,7 +152,7 @@ void netCommandFree(NetCommand& command) {
 }
 
 unsigned char netCommandIssue(NetCommand& command) {
-    command.block.ncb_command |= net::kAsynchronous;
+    command.block.ncb_command |= net::command::kAsynchronous;
     {
         const std::lock_guard lock(commands().mutex);
         command.state = NetCommand::State::issued;

@@ -46,12 +46,12 @@ bool receiveEnds(unsigned char code) {
 
 void NetCompletion::run(NetCommand& command) {
     if (command.owner == nullptr) return netCommandFree(command);
-    switch (command.block.ncb_command & net::kCommandMask) {
-        case net::kSendDatagram:
+    switch (command.block.ncb_command & static_cast<unsigned char>(~net::command::kAsynchronous)) {
+        case net::command::kSendDatagram:
             return sent(command);
-        case net::kReceiveDatagram:
+        case net::command::kReceiveDatagram:
             return received(command);
-        case net::kAddGroupName:
+        case net::command::kAddGroupName:
             return nameAdded(command);
         default:
             return netCommandFree(command);
@@ -107,7 +107,7 @@ void NetCompletion::nameAdded(NetCommand& command) {
 void NetCompletion::receivePost(NetBIOS& object) {
     NetCommand* const command = netCommandMake(object, object.counters, object.callbackWindow, net::kLargestDatagram);
     if (command == nullptr) return;
-    object.commandFill(command->block, net::kReceiveDatagram);
+    object.commandFill(command->block, net::command::kReceiveDatagram);
     command->block.ncb_num = object.nameNumber;
     std::memcpy(command->block.ncb_callname, object.groupName, net::kNameSize);
     std::memcpy(command->block.ncb_name, object.groupName, net::kNameSize);

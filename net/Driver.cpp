@@ -38,8 +38,8 @@ platform::NetworkSettings settings() {
 }
 
 unsigned char platformDriver(NetNcb* block) {
-    if (block == nullptr) return net::kInvalidCommandCode;
-    unsigned char code = net::kNoResource;
+    if (block == nullptr) return net::code::kIllegalCommand;
+    unsigned char code = net::code::kNoResource;
     guarded([&] { code = platform::network().execute(*block, settings); });
     return code;
 }
@@ -52,7 +52,7 @@ unsigned char netDriverCall(NetNcb& block) noexcept {
     try {
         return driver(&block);
     } catch (...) {
-        return net::kSystemError;
+        return net::code::kSystemError;
     }
 }
 

@@ -30,13 +30,13 @@ void copyName(unsigned char* to, const char* name) {
 
 // Codes by which an adapter says that it is there, and that it does not know the command.
 bool answers(unsigned char code) {
-    return code == kInvalidCommandCode || (code >= 0x40 && code <= 0x4E) || (code >= 0x50 && code <= 0xFD);
+    return code == code::kIllegalCommand || (code >= 0x40 && code <= 0x4E) || (code >= 0x50 && code <= 0xFD);
 }
 
 /// Asks an adapter for its status; @p status is filled where it answers 0.
 unsigned short askStatus(kora::NetCommand& command, short number, unsigned char (&status)[kStatusSize]) {
     command.block = {};
-    command.block.ncb_command = kAdapterStatus;
+    command.block.ncb_command = command::kAdapterStatus;
     command.block.ncb_lana_num = static_cast<unsigned char>(number);
     copyName(command.block.ncb_callname, "*");
     if (!kora::netDataMake(command, kStatusSize)) return kNoMemory;
@@ -85,7 +85,7 @@ unsigned short NetBIOS::AdapterFind() {
     unsigned short result = 0;
     for (short number = 0; number < kAdaptersProbed && adapter < 0 && result != kNoMemory; ++number) {
         probe->block = {};
-        probe->block.ncb_command = kInvalidCommand;
+        probe->block.ncb_command = command::kInvalid;
         probe->block.ncb_lana_num = static_cast<unsigned char>(number);
         const unsigned char code = kora::netDriverCall(probe->block);
         result = code;
@@ -106,14 +106,14 @@ unsigned short NetBIOS::GroupNameAdd(const char* name) {
     kora::NetCommand* const command = kora::netCommandMake(*this, counters, callbackWindow, 0);
     if (command == nullptr) return kNoMemory;
     copyName(command->block.ncb_name, name);
-    commandFill(command->block, kAddGroupName);
+    commandFill(command->block, command::kAddGroupName);
     unsigned char code = kora::netCommandIssue(*command);
-    if (code == kDuplicateName) {
+    if (code == code::kDuplicateName) {
         // The name is left over from an earlier object of this program.
-        commandFill(command->block, kDeleteName);
+        commandFill(command->block, command::kDeleteName);
         command->block.ncb_post = nullptr;
         kora::netDriverCall(command->block);
-        commandFill(command->block, kAddGroupName);
+        commandFill(command->block, command::kAddGroupName);
         code = kora::netCommandIssue(*command);
     }
     if (code != 0) kora::netCommandFree(*command);
@@ -125,7 +125,7 @@ unsigned short NetBIOS::GroupNameDelete() {
     kora::NetCommand* const command = kora::netCommandMake(*this, counters, callbackWindow, 0);
     if (command == nullptr) return kNoMemory;
     std::memcpy(command->block.ncb_name, groupName, kNameSize);
-    commandFill(command->block, kDeleteName);
+    commandFill(command->block, command::kDeleteName);
     std::memset(groupName, 0, sizeof groupName);
     nameNumber = 0;
     const unsigned char code = kora::netCommandIssue(*command);
@@ -141,7 +141,7 @@ unsigned short NetBIOS::DatagramSend(void* data, short length) {
     if (length > 0) std::memcpy(command->data.memory, data, static_cast<std::size_t>(length));
     command->block.ncb_num = nameNumber;
     std::memcpy(command->block.ncb_callname, groupName, kNameSize);
-    commandFill(command->block, kSendDatagram);
+    commandFill(command->block, command::kSendDatagram);
     const unsigned char code = kora::netCommandIssue(*command);
     if (code != 0) kora::netCommandFree(*command);
     ++counters.datagramsSent;

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "platform/Platform.h"
-#include "platform/posix/netbios/Codes.h"
+#include "platform/NetbiosCodes.h"
 #include "platform/posix/netbios/Driver.h"
 
 namespace kora::platform {

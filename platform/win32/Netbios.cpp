@@ -2,6 +2,7 @@
 
 #include <kora/Net.h>
 
+#include "platform/NetbiosCodes.h"
 #include "platform/win32/Win32.h"
 
 #include <nb30.h>
@@ -37,8 +38,6 @@ SAME_PLACE(ncb_event);
 static_assert(sizeof(NetNcb) == 64 && sizeof(NCB) == 64);
 
 using PostRoutine = void (*)(NetNcb*);
-
-constexpr unsigned char kNotLoaded = 251;
 
 struct Driver {
     std::mutex mutex;
@@ -153,7 +152,7 @@ void Network::release(const SharedBlock& block) {
 
 unsigned char Network::execute(NetNcb& block, NetworkSettings (*)()) {
     const SystemNetbios netbios = systemNetbios();
-    if (!netbios) return refuse(block, kNotLoaded);
+    if (!netbios) return refuse(block, netbios::code::kNotLoaded);
     const unsigned char number = block.ncb_lana_num;
     const unsigned char command = block.ncb_command & static_cast<unsigned char>(~ASYNCH);
     // A reset with a session number gives the adapter back.

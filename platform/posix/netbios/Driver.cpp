@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <system_error>
 
-#include "platform/posix/netbios/Codes.h"
+#include "platform/NetbiosCodes.h"
 
 namespace kora::platform::netbios {
 

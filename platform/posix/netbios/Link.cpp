@@ -5,7 +5,7 @@
 #include <chrono>
 #include <exception>
 
-#include "platform/posix/netbios/Codes.h"
+#include "platform/NetbiosCodes.h"
 
 namespace kora::platform::netbios {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <new>
 
-#include "platform/posix/netbios/Codes.h"
+#include "platform/NetbiosCodes.h"
 #include "platform/posix/netbios/Node.h"
 
 namespace kora::platform::netbios {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <string>
 
-#include "platform/posix/netbios/Codes.h"
+#include "platform/NetbiosCodes.h"
 #include "platform/posix/netbios/Name.h"
 
 inline kora::platform::netbios::Name paddedName(const std::string& text) {
