@@ -46,7 +46,6 @@ Node::Node(Wire& wire, const Scope& scope, std::uint16_t datagramPort, Time now)
       now_(now),
       lastTransaction_(static_cast<std::uint16_t>(now)) {
     pending_.reserve(kMaxCommands);
-    completed_.reserve(kMaxCommands);
 }
 
 // ---- beginning -------------------------------------------------------------------------------------------------
@@ -68,7 +67,7 @@ unsigned char Node::execute(NetNcb& block, Waiter& waiter, Time now) {
         case Outcome::done:
             if (!asynchronous) break;
             writeCode(block, code::kPending);
-            completed_.push_back({&block, outcome.code});
+            completed_.put({&block, outcome.code});
             return code::kGood;
         case Outcome::pending:
             writeCode(block, code::kPending);
@@ -81,7 +80,9 @@ Node::Outcome Node::begin(const Command& command) {
     NetNcb& block = *command.block;
     if (block.ncb_lana_num != 0) return {Outcome::refused, code::kIllegalAdapter};
     if (ended_) return {Outcome::refused, code::kCancelled};
-    if ((!command.waiter || mayPend(command.command)) && pending_.size() + completed_.size() >= kMaxCommands)
+    // A burst of datagrams ends faster than it is posted, which is no reason to refuse some of them.
+    const bool noRoom = !command.waiter && pending_.size() + completed_.size() >= CompletionQueue::kRoom;
+    if (noRoom || (mayPend(command.command) && pending_.size() >= kMaxCommands))
         return {Outcome::refused, code::kTooManyCommands};
     switch (command.command) {
         case command::kReset:
@@ -128,7 +129,6 @@ Node::Outcome Node::deleteName(const NetNcb& block) {
     if (!found) return {Outcome::refused, code::kNameNotFound};
     const LocalName own = *found;
     names_.remove(own.number);
-    receiving_.reset(own.number);
     backlog_.drop(own.number);
     completeNumber(own.number, code::kNameDeleted);
     sendClaim(own, Opcode::release, /*demand=*/true, ++lastTransaction_);
@@ -175,7 +175,7 @@ void Node::reset() {
     }
     cache_.clear();
     backlog_.clear();
-    receiving_.reset();
+    hearsBroadcasts_ = false;
 }
 
 void Node::end() {
@@ -249,7 +249,7 @@ void Node::complete(std::size_t index, unsigned char code) {
     const Command command = pending_[index];
     pending_.erase(pending_.begin() + static_cast<std::ptrdiff_t>(index));
     if (claims(command.command) && code != code::kGood) names_.remove(command.number);
-    if (!command.waiter) return completed_.push_back({command.block, code});
+    if (!command.waiter) return completed_.put({command.block, code});
     writeCode(*command.block, code);
     command.waiter->done = true;
     command.waiter->changed.notify_all();
@@ -262,12 +262,6 @@ void Node::completeNumber(std::uint8_t number, unsigned char code) {
         else
             ++i;
     }
-}
-
-Completion Node::takeCompletion() {
-    const Completion oldest = completed_.front();
-    completed_.erase(completed_.begin());
-    return oldest;
 }
 
 }  // namespace kora::platform::netbios

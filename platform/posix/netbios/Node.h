@@ -1,10 +1,10 @@
 #pragma once
 
-#include <bitset>
 #include <condition_variable>
 #include <vector>
 
 #include "platform/posix/netbios/Backlog.h"
+#include "platform/posix/netbios/CompletionQueue.h"
 #include "platform/posix/netbios/NameCache.h"
 #include "platform/posix/netbios/NameTable.h"
 #include "platform/posix/netbios/Packet.h"
@@ -48,12 +48,6 @@ bool claims(unsigned char command);
 /// Whether somebody can have this name: none that begins with `*` or NUL.
 bool isLegal(const Name& name);
 
-/// A command that has ended and whose post routine is to be called.
-struct Completion {
-    NetNcb* block;
-    unsigned char code;
-};
-
 /// Writes how a command ended, where threads may be looking for it: everything else that the command wrote is there
 /// before, and the block may be gone afterwards.
 void writeCode(NetNcb& block, unsigned char code);
@@ -65,7 +59,7 @@ unsigned char refuse(NetNcb& block, unsigned char code);
 /// stands; for want of memory a packet is not sent, or a datagram not kept.
 class Node {
 public:
-    static constexpr std::size_t kMaxCommands = 255;
+    static constexpr std::size_t kMaxCommands = 255;  ///< that wait for others
     static constexpr std::uint8_t kRevision = 3;
 
     Node(Wire& wire, const Scope& scope, std::uint16_t datagramPort, Time now);
@@ -81,10 +75,10 @@ public:
     Time due() const;
 
     /// Nothing is registered, under way or about to be posted.
-    bool isIdle() const { return names_.names().empty() && pending_.empty() && completed_.empty(); }
+    bool isIdle() const { return names_.names().empty() && pending_.empty() && completed_.size() == 0; }
     std::size_t completions() const { return completed_.size(); }
     /// The oldest of completions(), of which there is one.
-    Completion takeCompletion();
+    Completion takeCompletion() { return completed_.take(); }
     /// Ends every command with code 11, releases every name and takes no more commands.
     void end();
 
@@ -155,9 +149,9 @@ private:
     NameTable names_;
     NameCache cache_;
     std::vector<Command> pending_;  // oldest first
-    std::vector<Completion> completed_;
+    CompletionQueue completed_;
     Backlog backlog_;
-    std::bitset<256> receiving_;  // numbers for which a receive has been issued; 0 for broadcasts
+    bool hearsBroadcasts_ = false;  // once a receive for them has been issued
     Counters counters_;
     std::uint16_t lastTransaction_, lastDatagram_ = 0;
 };

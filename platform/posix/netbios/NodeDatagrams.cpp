@@ -112,7 +112,7 @@ Node::Outcome Node::receive(Command command) {
     if (command.number != kAnyNumber && !names_.registered(command.number))
         return {Outcome::refused, code::kIllegalNumber};
     const std::uint8_t wanted = command.command == command::kReceiveBroadcast ? kBroadcasts : command.number;
-    receiving_.set(wanted);
+    if (wanted == kBroadcasts) hearsBroadcasts_ = true;
     if (const std::optional<KeptDatagram> kept = backlog_.take(wanted))
         return {Outcome::done, fill(block, kept->source, kept->data())};
     return pend(command);
@@ -135,8 +135,8 @@ void Node::datagramReceived(Bytes packet, bool unicast) {
         wire_.passOn(packet);
 }
 
-/// To the oldest receive for the name, else to the oldest for any name; where one was issued before, and may be again,
-/// the datagram is kept.
+/// To the oldest receive for the name, else to the oldest for any name; otherwise the datagram is kept, since who has
+/// just registered the name issues its first receive a little later.
 void Node::deliver(std::uint8_t number, const Name& source, Bytes data) {
     const auto waits = [&](unsigned char command, std::uint8_t wanted) {
         return std::ranges::find_if(pending_, [=](const Command& pending) {
@@ -151,8 +151,7 @@ void Node::deliver(std::uint8_t number, const Name& source, Bytes data) {
         complete(static_cast<std::size_t>(found - pending_.begin()), fill(*found->block, source, data));
         return;
     }
-    const bool expected = receiving_[number] || (!broadcast && receiving_[kAnyNumber]);
-    if (expected && backlog_.keep(number, source, data))
+    if ((!broadcast || hearsBroadcasts_) && backlog_.keep(number, source, data))
         ++counters_.datagramsReceived;
     else
         ++counters_.datagramsLost;

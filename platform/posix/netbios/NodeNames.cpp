@@ -173,7 +173,7 @@ NodeStatus Node::status() const {
     status.major = kRevision;
     status.minutes = static_cast<std::uint16_t>((now_ - began_) / kMinute);
     status.counters = counters_;
-    status.freeBlocks = static_cast<std::uint16_t>(kMaxCommands - pending_.size() - completed_.size());
+    status.freeBlocks = static_cast<std::uint16_t>(kMaxCommands - pending_.size());
     status.maxBlocks = kMaxCommands;
     for (const LocalName& own : names_.names()) {
         const unsigned flags = (own.group ? kGroupName : 0u) | (own.registered ? kRegisteredName : 0u);

@@ -42,7 +42,7 @@ std::uint32_t doubleWord(const unsigned char* from) { return std::uint32_t{word(
 std::size_t writeAdapterStatus(const NodeStatus& status, std::span<unsigned char> buffer, bool& whole) {
     const std::size_t count =
         std::min<std::size_t>(status.nameCount, (buffer.size() - kAdapterStatus) / kAdapterStatusName);
-    whole = count == status.nameCount;
+    whole = count == status.nameCount || buffer.size() >= kUsualAdapterStatus;
     unsigned char* const to = buffer.data();
     std::fill_n(to, kAdapterStatus, static_cast<unsigned char>(0));
     std::ranges::copy(status.hardware, to + record::kHardware);

@@ -37,8 +37,10 @@ struct NodeStatus {
 
 /// The published record (ADAPTER_STATUS) with as many names as there is room for behind it.
 inline constexpr std::size_t kAdapterStatus = 60, kAdapterStatusName = 18;
+/// With sixteen names, which is what callers have room for: to them that is the whole record.
+inline constexpr std::size_t kUsualAdapterStatus = kAdapterStatus + 16 * kAdapterStatusName;
 /// Fills @p buffer, which has room for the record at least, and answers how many bytes that took; @p whole is whether
-/// every name is there.
+/// every name is there, or as many as usual.
 std::size_t writeAdapterStatus(const NodeStatus& status, std::span<unsigned char> buffer, bool& whole);
 
 /// The data of a node status answer (RFC 1002, 4.2.18), @p room bytes at most; @p whole is whether every name is there.
