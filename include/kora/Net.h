@@ -8,7 +8,7 @@
 ///
 /// On Windows the system's NetBIOS does the work. Elsewhere the library's own driver speaks NetBIOS over UDP as a
 /// broadcast node (RFC 1001 and 1002), so that stations of both kinds meet. It takes its settings from section
-/// "NetBIOS" of the main profile, whenever it is asked for its adapter while no name is registered:
+/// "NetBIOS" of the main profile, with each command that comes while no name is registered and nothing is under way:
 ///
 /// - `Interface`: the network interface's name; by default the first one that can broadcast
 /// - `Broadcast`: the address that broadcasts go to; by default the interface's own
