@@ -124,7 +124,10 @@ NetCommand* netCommandMake(NetBIOS& owner, NetCounters& counters, platform::Stat
     command->owner = &owner;
     command->counters = &counters;
     ++counters.wrappersAllocated;
-    if ((size == 0 || netDataMake(*command, size)) && enter(command)) return command;
+    if (size == 0 || netDataMake(*command, size)) {
+        if (enter(command)) return command;
+        ++counters.allocationFailures;
+    }
     blocksFree(*command);
     return nullptr;
 }

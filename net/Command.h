@@ -9,9 +9,9 @@
 #include "platform/Platform.h"
 
 /// The commands of all NetBIOS objects. Each is in one table from its making until it is freed, so that a completion
-/// is believed only for a command that waits for one: who has gone, or posts twice, or posts what it refused, is not
-/// found. The table has a lock, since drivers post on threads of their own; everything else is on the user-interface
-/// thread.
+/// is believed only for an address at which a command waits for one: who posts twice, or posts what it refused, finds
+/// none as a rule. The table has a lock, since drivers post on threads of their own; everything else is on the
+/// user-interface thread.
 namespace kora {
 
 /// A command with what it needs until it has completed. The block stands first, so that its address is the command's.

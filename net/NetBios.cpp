@@ -70,7 +70,8 @@ NetBIOS::~NetBIOS() {
 const char* NetBIOS::MapError(unsigned short code) { return kora::netErrorText(code); }
 
 void NetBIOS::StatusShow() {
-    if (AdapterFind() == 0)
+    AdapterFind();  // whose answer is 0 too where the last adapter is none
+    if (adapter >= 0)
         for (short number = 0; number < kAdaptersShown; ++number) statusRefresh(number);
     if (callbackWindow == 0 || !kora::platform::statusWindowShow(callbackWindow))
         kora::presenter().Alert(StatusText().c_str(), kInformation);

@@ -15,8 +15,8 @@ folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 mkdir "$folder/tools"
 cp "$top/build/posix/bin/tools/stations.qzx" "$folder/tools"
-# Ports of this run's own, above those that take a privilege.
-port=$((20000 + $$ % 20000 * 2))
+# Ports of this run's own, above those that take a privilege and below those that the system gives away.
+port=$((10000 + $$ % 11000 * 2))
 cat >"$folder/ts.ini" <<END
 [System]
 toolfolder = $folder/tools

@@ -17,7 +17,8 @@
 /// - `Scope`: the NetBIOS scope, since only stations of the same one see each other; by default none
 ///
 /// Ports below 1024 take a privilege on most systems; the loopback with ports of its own (Interface `lo`, Broadcast
-/// 127.255.255.255) takes none. All of this belongs to the user-interface thread.
+/// 127.255.255.255) takes none. All of this belongs to the user-interface thread. The driver is that of one process: a
+/// child that was forked once it runs has to start another program.
 
 class NetPeer;
 
@@ -161,7 +162,8 @@ public:
     virtual unsigned short NetIsAvailable();
     /// Begins to register a group name: at most 16 characters, padded with blanks, of any bytes but NUL; null is the
     /// empty name. The outcome comes to NetGroupNameAddResult(). A name that this program has registered already is
-    /// released first and registered anew.
+    /// released first and registered anew: an earlier peer that has it hears nothing any more, its receives end with
+    /// code 23 and its sends with 19.
     /// @return 0 when the command was taken; 4100 when a name is registered; 4099; otherwise the driver's code.
     virtual unsigned short NetGroupNameAdd(const char* name);
     /// Begins to release the group name, which is forgotten at once; receives end with code 23.

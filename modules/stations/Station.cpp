@@ -32,6 +32,12 @@ std::uint32_t intervalSetting() {
     return static_cast<std::uint32_t>(std::clamp(seconds, 1, static_cast<int>(kMostSeconds))) * 1000;
 }
 
+// Nobody takes note of a station without a name.
+CString ownName() {
+    const CString name = visible(UtlNetworkStationName());
+    return name.find_first_not_of(' ') != name.npos ? name : "unknown";
+}
+
 std::uint32_t tickNow() { return static_cast<std::uint32_t>(TmrElapse()); }
 
 bool isLastOfReceive(unsigned short code) { return code == 15 || code == 19 || code == 21 || code == 23 || code == 36; }
@@ -43,11 +49,7 @@ CString counted(std::size_t count, const char* one, const char* many) {
 }  // namespace
 
 Station::Station(std::function<void(const CString&)> complain)
-    : complain_(std::move(complain)),
-      id_(randomId()),
-      name_(visible(UtlNetworkStationName())),
-      interval_(intervalSetting()),
-      timer_(*this) {}
+    : complain_(std::move(complain)), id_(randomId()), name_(ownName()), interval_(intervalSetting()), timer_(*this) {}
 
 Station::~Station() { leave(); }
 

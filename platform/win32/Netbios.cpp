@@ -134,7 +134,7 @@ unsigned char executeWithPost(SystemNetbios netbios, NetNcb& block) {
 SystemNetbios systemNetbiosSet(SystemNetbios replacement) { return std::exchange(systemNetbios(), replacement); }
 
 SharedBlock Network::allocate(std::size_t size) {
-    const HGLOBAL handle = GlobalAlloc(GMEM_SHARE | GMEM_ZEROINIT | GMEM_MOVEABLE, size);
+    const HGLOBAL handle = GlobalAlloc(GMEM_SHARE | GMEM_ZEROINIT, size);
     if (!handle) return {};
     void* const memory = GlobalLock(handle);
     if (!memory) {

@@ -202,7 +202,7 @@ TEST(StationsModule, TwoHostsMeetOnOneMachine) {
     kora::test::TestFolder folder;
     folder.makeFolder("tools");
     std::filesystem::copy(KORA_STATIONS, folder.nativeText("tools"));
-    const unsigned port = 20000 + std::random_device()() % 10000 * 2;
+    const unsigned port = 10000 + std::random_device()() % 11000 * 2;  // below those that the system gives away
     folder.write("ts.ini", "[System]\ntoolfolder = " + folder.nativeText("tools") +
                                "\n[NetBIOS]\nInterface = lo\nBroadcast = 127.255.255.255\nNamePort = " +
                                std::to_string(port) + "\nDatagramPort = " + std::to_string(port + 1) + '\n');

@@ -417,6 +417,12 @@ TEST_F(NetPeerTest, ErrorsHaveWords) {
                 {65535, "unknown"}};
     Station station;
     for (const auto& row : rows) EXPECT_STREQ(station.NetMapError(row.code), row.text);
+    // All of them to the letter.
+    std::uint32_t sum = 0;
+    for (unsigned code = 0; code <= 0xFFFF; ++code)
+        for (const char* c = station.NetMapError(static_cast<unsigned short>(code)); *c != 0; ++c)
+            sum = sum * 31 + static_cast<unsigned char>(*c) + (code & 0xFF);
+    EXPECT_EQ(sum, 2137769557u);
 }
 
 class BareBIOS : public NetBIOS {

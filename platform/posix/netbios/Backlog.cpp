@@ -8,39 +8,32 @@
 namespace kora::platform::netbios {
 
 bool Backlog::keep(std::uint8_t number, const Name& source, Bytes data) {
-    if (data.size() > kMaxDatagram || kept_.size() == kMax || counts_[number] == kMaxPerName) return false;
+    std::list<KeptDatagram>& of = kept_[number];
+    if (data.size() > kMaxDatagram || of.size() == kMaxPerName) return false;
     try {
-        KeptDatagram& kept = kept_.emplace_back();
-        kept.number = number;
+        KeptDatagram& kept = of.emplace_back();
+        kept.serial = ++lastSerial_;
         kept.length = static_cast<std::uint16_t>(data.size());
         kept.source = source;
         std::ranges::copy(data, kept.bytes.begin());
+        return true;
     } catch (const std::bad_alloc&) {
         return false;
     }
-    ++counts_[number];
-    return true;
 }
 
 std::optional<KeptDatagram> Backlog::take(std::uint8_t number) {
-    const auto found = std::ranges::find_if(kept_, [&](const KeptDatagram& kept) {
-        return number == kAnyNumber ? kept.number != 0 : kept.number == number;
-    });
-    if (found == kept_.end()) return std::nullopt;
-    const KeptDatagram taken = *found;
-    --counts_[taken.number];
-    kept_.erase(found);
+    std::list<KeptDatagram>* from = &kept_[number];
+    if (number == kAnyNumber) {
+        const auto oldest = [](const std::list<KeptDatagram>& of) {
+            return of.empty() ? UINT64_MAX : of.front().serial;
+        };
+        from = &*std::ranges::min_element(kept_.begin() + kFirstNumber, kept_.end(), {}, oldest);
+    }
+    if (from->empty()) return std::nullopt;
+    const KeptDatagram taken = from->front();
+    from->pop_front();
     return taken;
-}
-
-void Backlog::drop(std::uint8_t number) {
-    kept_.remove_if([&](const KeptDatagram& kept) { return kept.number == number; });
-    counts_[number] = 0;
-}
-
-void Backlog::clear() {
-    kept_.clear();
-    counts_ = {};
 }
 
 }  // namespace kora::platform::netbios

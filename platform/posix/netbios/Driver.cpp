@@ -14,7 +14,7 @@ namespace kora::platform::netbios {
 
 namespace {
 
-constexpr int kMostPackets = 64;  // of one socket, before anything else has its turn
+constexpr int kMostPackets = 16;  // of one socket, before anything else has its turn, and others the mutex
 
 /// While it stands, threads are made that no signal interrupts.
 class SignalsBlocked {

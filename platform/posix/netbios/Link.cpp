@@ -38,7 +38,8 @@ Time now() {
 }
 
 unsigned char Link::open(const NetworkSettings& settings) {
-    if (settings.namePort == 0 || settings.datagramPort == 0) return code::kSystemRefuses;
+    if (settings.namePort == 0 || settings.datagramPort == 0 || settings.namePort == settings.datagramPort)
+        return code::kSystemRefuses;
     if (!settings.broadcast.empty()) {
         in_addr address;
         if (inet_pton(AF_INET, settings.broadcast.c_str(), &address) != 1) return code::kSystemRefuses;

@@ -137,7 +137,7 @@ Node::Outcome Node::deleteName(const NetNcb& block) {
 
 Node::Outcome Node::adapterStatus(Command command) {
     NetNcb& block = *command.block;
-    if (!block.ncb_buffer || block.ncb_length < kAdapterStatus) return {Outcome::refused, code::kIllegalLength};
+    if (!block.ncb_buffer || block.ncb_length < kAdapterStatusSize) return {Outcome::refused, code::kIllegalLength};
     if (isWildcard(command.remote) || names_.registered(command.remote))
         return {Outcome::done, writeStatus(block, status())};
     if (!isLegal(command.remote)) return {Outcome::refused, code::kNameNotFound};

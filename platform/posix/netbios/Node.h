@@ -136,6 +136,7 @@ private:
                            std::optional<std::uint32_t> address);
     unsigned char transmitTo(const Owner& owner, const NetNcb& block, const Name& source, const Name& destination);
     void ownerFound(const Name& name, const Owner& owner);
+    bool handOver(unsigned char receive, std::uint8_t number, const Name& source, Bytes data);
     void deliver(std::uint8_t number, const Name& source, Bytes data);
     bool counted(bool sent);
 

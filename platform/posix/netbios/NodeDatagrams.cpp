@@ -135,23 +135,29 @@ void Node::datagramReceived(Bytes packet, bool unicast) {
         wire_.passOn(packet);
 }
 
-/// To the oldest receive for the name, else to the oldest for any name; otherwise the datagram is kept, since who has
-/// just registered the name issues its first receive a little later.
+/// Hands a datagram to the oldest receive of that kind for a name; false when none waits. Receives of broadcasts are
+/// for no name.
+bool Node::handOver(unsigned char receive, std::uint8_t number, const Name& source, Bytes data) {
+    const auto found = std::ranges::find_if(pending_, [=](const Command& pending) {
+        return pending.command == receive && (pending.number == number || receive == command::kReceiveBroadcast);
+    });
+    if (found == pending_.end()) return false;
+    complete(static_cast<std::size_t>(found - pending_.begin()), fill(*found->block, source, data));
+    return true;
+}
+
+/// To a receive for the name, else to one for any name; a broadcast, to everybody who waits for one. Otherwise the
+/// datagram is kept, since who has just registered the name issues its first receive a little later.
 void Node::deliver(std::uint8_t number, const Name& source, Bytes data) {
-    const auto waits = [&](unsigned char command, std::uint8_t wanted) {
-        return std::ranges::find_if(pending_, [=](const Command& pending) {
-            return pending.command == command && (pending.number == wanted || number == kBroadcasts);
-        });
-    };
-    const bool broadcast = number == kBroadcasts;
-    auto found = waits(broadcast ? command::kReceiveBroadcast : command::kReceiveDatagram, number);
-    if (found == pending_.end() && !broadcast) found = waits(command::kReceiveDatagram, kAnyNumber);
-    if (found != pending_.end()) {
-        ++counters_.datagramsReceived;
-        complete(static_cast<std::size_t>(found - pending_.begin()), fill(*found->block, source, data));
-        return;
+    bool taken = false;
+    if (number == kBroadcasts) {
+        while (handOver(command::kReceiveBroadcast, number, source, data)) taken = true;
+    } else {
+        taken = handOver(command::kReceiveDatagram, number, source, data) ||
+                handOver(command::kReceiveDatagram, kAnyNumber, source, data);
     }
-    if ((!broadcast || hearsBroadcasts_) && backlog_.keep(number, source, data))
+    const bool expected = number != kBroadcasts || hearsBroadcasts_;
+    if (taken || (expected && backlog_.keep(number, source, data)))
         ++counters_.datagramsReceived;
     else
         ++counters_.datagramsLost;

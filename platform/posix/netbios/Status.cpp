@@ -41,10 +41,10 @@ std::uint32_t doubleWord(const unsigned char* from) { return std::uint32_t{word(
 
 std::size_t writeAdapterStatus(const NodeStatus& status, std::span<unsigned char> buffer, bool& whole) {
     const std::size_t count =
-        std::min<std::size_t>(status.nameCount, (buffer.size() - kAdapterStatus) / kAdapterStatusName);
-    whole = count == status.nameCount || buffer.size() >= kUsualAdapterStatus;
+        std::min<std::size_t>(status.nameCount, (buffer.size() - kAdapterStatusSize) / kAdapterStatusNameSize);
+    whole = count == status.nameCount || buffer.size() >= kUsualAdapterStatusSize;
     unsigned char* const to = buffer.data();
-    std::fill_n(to, kAdapterStatus, static_cast<unsigned char>(0));
+    std::fill_n(to, kAdapterStatusSize, static_cast<unsigned char>(0));
     std::ranges::copy(status.hardware, to + record::kHardware);
     to[record::kMajor] = status.major;
     to[record::kType] = kEthernet;
@@ -63,7 +63,7 @@ std::size_t writeAdapterStatus(const NodeStatus& status, std::span<unsigned char
     putLittle(to + record::kMaxDatagram, static_cast<std::uint16_t>(kMaxDatagram));
     // The names that are there, not all that there are: who reads them looks no further than this.
     putLittle(to + record::kNameCount, static_cast<std::uint16_t>(count));
-    unsigned char* next = to + kAdapterStatus;
+    unsigned char* next = to + kAdapterStatusSize;
     for (std::size_t i = 0; i < count; ++i) {
         const StatusName& name = status.names[i];
         next = std::ranges::copy(name.name, next).out;

@@ -36,9 +36,9 @@ struct NodeStatus {
 };
 
 /// The published record (ADAPTER_STATUS) with as many names as there is room for behind it.
-inline constexpr std::size_t kAdapterStatus = 60, kAdapterStatusName = 18;
+inline constexpr std::size_t kAdapterStatusSize = 60, kAdapterStatusNameSize = 18;
 /// With sixteen names, which is what callers have room for: to them that is the whole record.
-inline constexpr std::size_t kUsualAdapterStatus = kAdapterStatus + 16 * kAdapterStatusName;
+inline constexpr std::size_t kUsualAdapterStatusSize = kAdapterStatusSize + 16 * kAdapterStatusNameSize;
 /// Fills @p buffer, which has room for the record at least, and answers how many bytes that took; @p whole is whether
 /// every name is there, or as many as usual.
 std::size_t writeAdapterStatus(const NodeStatus& status, std::span<unsigned char> buffer, bool& whole);

@@ -55,8 +55,9 @@ struct Station {
 class NetDriver : public testing::Test {
 protected:
     void SetUp() override {
-        const auto port = static_cast<std::uint16_t>(20'000 + processId() % 20'000);  // of this run's own
-        settings = {"lo", "127.255.255.255", port, static_cast<std::uint16_t>(port + 20'000), "kora.test"};
+        // Of this run's own, and below those that the system gives away.
+        const auto port = static_cast<std::uint16_t>(10'000 + processId() % 11'000 * 2);
+        settings = {"lo", "127.255.255.255", port, static_cast<std::uint16_t>(port + 1), "kora.test"};
     }
     void TearDown() override { networkStop(); }
     static unsigned char execute(auto&& block) {

@@ -214,6 +214,26 @@ TEST_F(NetNode, DatagramsGoWhereALiteralModelSays) {
     }
 }
 
+TEST_F(NetNode, NamesThatNobodyReceivesForTakeNoRoomFromOthers) {
+    Station& here = station();
+    const unsigned char own = add(here, "OWN");
+    for (int i = 0; i < 10; ++i) {
+        const std::string left = "LEFT" + std::to_string(i);
+        add(here, left);
+        for (int k = 0; k < 70; ++k) EXPECT_EQ(run(here, netSending("", left, own)), code::kGood);
+    }
+    for (int k = 0; k < 64; ++k) EXPECT_EQ(run(here, netSending(std::to_string(k), "OWN", own)), code::kGood);
+    for (int k = 0; k < 64; ++k) {
+        NetBlock receive(command::kReceiveDatagram, "", own);
+        EXPECT_EQ(run(here, receive), code::kGood);
+        EXPECT_EQ(receive.text(), std::to_string(k));
+    }
+    NetBlock broadcasts[] = {{command::kReceiveBroadcast, "", own}, {command::kReceiveBroadcast, "", own}};
+    for (NetBlock& receive : broadcasts) EXPECT_EQ(run(here, receive), code::kPending);
+    EXPECT_EQ(run(here, NetBlock(command::kSendBroadcast, "", own, 3)), code::kGood);
+    for (const NetBlock& receive : broadcasts) EXPECT_EQ(receive.ncb_cmd_cplt, code::kGood);
+}
+
 TEST_F(NetNode, WhatMakesNoSenseIsCountedAndChangesNothing) {
     Station& here = station();
     add(here, "OWN", command::kAddName);
