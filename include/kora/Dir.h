@@ -60,7 +60,7 @@ public:
     ///
     /// @return false for null, empty or overlong text and for a result of 255 characters or more.
     virtual bool DirStringSet(const char* text);
-    virtual bool DirExists();
+    virtual bool DirExists();  ///< whether there is such a directory
     /// Whether the directory is there and cannot be written.
     virtual bool DirReadOnly();
     /// Removes the directory, which must be empty.
@@ -88,7 +88,7 @@ public:
     virtual bool DirInitTemporary();
     /// Makes it the null directory.
     virtual void DirInitNull();
-    virtual bool DirIsNull();
+    virtual bool DirIsNull();  ///< whether it is the null directory
     /// Starts an enumeration of the directory and ends one that was running.
     ///
     /// What the directory holds is taken at this call, in the order of names without regard to case.
@@ -102,7 +102,7 @@ public:
     virtual FilePath* DirFileFirst(const char* pattern, const char* type, bool files, bool directories);
     /// The next hit as a new object, which the caller deletes; null when there is none or no enumeration runs.
     virtual FilePath* DirFileNext();
-    virtual void DirFileClose();
+    virtual void DirFileClose();  ///< ends the enumeration; the next DirFileFirst() does so too
     /// Lets the user choose a directory, beginning at this one. @p prompt may be null.
     /// @return true when one was chosen and set.
     virtual bool DirDialogOpen(const char* prompt);
@@ -121,5 +121,5 @@ private:
 /// The per-user data directory of the applications, the one of all users, and the root directory of documents. Each
 /// is empty when the system names none; none of them need exist, FileWriteString() makes them on first use.
 KORA_API CString DirGetAppDataDir();
-KORA_API CString DirGetPublicDataDir();
-KORA_API CString DirGetDocRootDir();
+KORA_API CString DirGetPublicDataDir();  ///< see DirGetAppDataDir()
+KORA_API CString DirGetDocRootDir();     ///< see DirGetAppDataDir()

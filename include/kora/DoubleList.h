@@ -43,7 +43,7 @@ public:
     DoubleList(const DoubleList&) = delete;
     DoubleList& operator=(const DoubleList&) = delete;
 
-    virtual long NumberOfElements();
+    virtual long NumberOfElements();  ///< how many elements the list has
     /// Sets the cursor to null.
     virtual void Reset();
     /// Sets the cursor to @p e and answers @p e.
@@ -66,9 +66,9 @@ public:
     virtual DoubleListElement* PeekPrev();
     /// An empty list has null as its first and last element, in these four.
     virtual bool IsFirst(DoubleListElement* e);
-    virtual bool IsLast(DoubleListElement* e);
-    virtual bool AtFirst();  ///< the cursor is on the first element
-    virtual bool AtLast();   ///< the cursor is on the last element
+    virtual bool IsLast(DoubleListElement* e);  ///< see IsFirst()
+    virtual bool AtFirst();                     ///< the cursor is on the first element
+    virtual bool AtLast();                      ///< the cursor is on the last element
     /// Takes out the element that Next() would step to, through Detach(), and hands it over. The cursor stays, except
     /// that on the last element it becomes null and nothing is detached (null is the answer).
     virtual DoubleListElement* DetachNext();

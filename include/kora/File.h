@@ -11,6 +11,7 @@ struct Failure;
 struct FileStatus;
 }  // namespace kora::platform
 
+/// What of a path is shown to people.
 enum eFileDisplay : int {
     FileDisplayPath = 0,  ///< the whole path
     FileDisplayName = 1   ///< only what stands behind the last `\`
@@ -47,7 +48,7 @@ public:
     FilePath(DirPath* dir, const char* name, const char* base, const char* type);
     FilePath(const char* dir, const char* name, const char* base, const char* type);
     ~FilePath() override;
-    FilePath& operator=(const FilePath& other);
+    FilePath& operator=(const FilePath& other);  ///< copies the other path
     /// FileStringSet().
     FilePath& operator=(const char* text);
     /// FileStringGet().
@@ -72,11 +73,11 @@ public:
     virtual const char* FileFullNameGet();
     /// Null sets the empty base name. 255 characters or more are refused and filed as fault 1025.
     virtual bool FileBaseNameSet(const char* name);
-    virtual const char* FileBaseNameGet();
+    virtual const char* FileBaseNameGet();  ///< the base name, never null
     /// Null and empty set the empty type; one leading dot is removed. 255 characters or more are refused and filed as
     /// fault 1057.
     virtual bool FileTypeSet(const char* type);
-    virtual const char* FileTypeGet();
+    virtual const char* FileTypeGet();  ///< the type without its dot, never null
     /// The path with the capitals of DirDisplayGet(), which the name gets too where it is letters a to z alone. Unlike
     /// there, what is stored does not change.
     virtual const char* FileDisplayGet(eFileDisplay display);
@@ -100,7 +101,7 @@ public:
     virtual bool FileExists();
     /// Whether the file is there and cannot be written.
     virtual bool FileReadOnly();
-    virtual bool FileDelete();
+    virtual bool FileDelete();  ///< removes the file
     /// In bytes; -1 on failure.
     virtual std::int64_t GetSize();
     /// In seconds since 1970, UTC; -1 on failure.
@@ -136,7 +137,7 @@ public:
     virtual bool FileDialogSaveAs(const char* prompt, const char* filter);
     /// The code of the program that made the file, kept with the path; 0 at first.
     virtual short FileCreatorGet();
-    virtual void FileCreatorSet(short creator);
+    virtual void FileCreatorSet(short creator);  ///< sets that code
     /// Why the last file operation that failed through this object did so; a later success does not clear it.
     /// FileExists() answering false for a file that is not there is no failure.
     virtual eFileError FileGetErrorCause();
@@ -214,4 +215,4 @@ KORA_API void FileGetMRUList(CStringArray& list);
 KORA_API void FileGetProgramDir(CString& dir);
 /// Whether FileLocateFile() looks in the document root; off until the host turns it on.
 KORA_API void FileDocRootSearchSet(bool on);
-KORA_API bool FileDocRootSearchGet();
+KORA_API bool FileDocRootSearchGet();  ///< see FileDocRootSearchSet()

@@ -65,8 +65,10 @@ KORA_API bool IniGetBool(eIniFile file, const char* section, const char* key, in
 /// wrap; a short takes the low 16 of them, a wider long the number with its sign.
 KORA_API bool IniGetInt(eIniFile file, const char* section, const char* key, int def, int& value);
 KORA_API bool IniGetInt(eIniFile file, const char* section, const char* key, int& value);
+/// See IniGetInt().
 KORA_API bool IniGetLong(eIniFile file, const char* section, const char* key, long def, long& value);
 KORA_API bool IniGetLong(eIniFile file, const char* section, const char* key, long& value);
+/// See IniGetInt().
 KORA_API bool IniGetShort(eIniFile file, const char* section, const char* key, short def, short& value);
 KORA_API bool IniGetShort(eIniFile file, const char* section, const char* key, short& value);
 /// A text that begins with "0x" or "0X" is a hexadecimal number, taken as the colour value itself; every other is a
@@ -120,7 +122,9 @@ KORA_API bool IniSetBool(eIniFile file, const char* section, const char* key, bo
 KORA_API bool IniSetBool(eIniFile file, const char* section, const char* key, int value);
 /// In decimal, with 32 bits at the most: the upper half of a wider long is dropped.
 KORA_API bool IniSetInt(eIniFile file, const char* section, const char* key, int value);
+/// See IniSetInt().
 KORA_API bool IniSetLong(eIniFile file, const char* section, const char* key, long value);
+/// See IniSetInt().
 KORA_API bool IniSetShort(eIniFile file, const char* section, const char* key, short value);
 /// Left, top, right and bottom in decimal.
 KORA_API bool IniSetRect(eIniFile file, const char* section, const char* key, LRCT& value);

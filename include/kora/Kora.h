@@ -7,8 +7,8 @@
 /// @file
 /// The export macro and the types that every family shares.
 
-// KORA_API marks what the shared library promises. KORA_STATIC links the library's objects directly;
-// KORA_BUILDING is set while the library itself is compiled.
+/// KORA_API marks what the shared library promises. KORA_STATIC links the library's objects directly;
+/// KORA_BUILDING is set while the library itself is compiled.
 #if defined(KORA_STATIC)
 #define KORA_API
 #elif defined(_WIN32)
@@ -28,10 +28,11 @@
 #define KORA_MODULE_EXPORT __attribute__((visibility("default")))
 #endif
 
+/// The version of the library that this header belongs to, in three parts.
 #define KORA_VERSION_MAJOR 0
-#define KORA_VERSION_MINOR 1
-#define KORA_VERSION_PATCH 0
+#define KORA_VERSION_MINOR 1  ///< the second part
+#define KORA_VERSION_PATCH 0  ///< the third part
 
 /// The counted string class and the array of counted strings.
 typedef std::string CString;
-typedef std::vector<CString> CStringArray;
+typedef std::vector<CString> CStringArray;  ///< an array of counted strings

@@ -43,8 +43,8 @@ struct NetNcb {
     void (*ncb_post)(NetNcb*);       ///< called once an asynchronous command has completed, on a thread of the driver's
     unsigned char ncb_lana_num;      ///< the adapter's number
     unsigned char ncb_cmd_cplt;      ///< as ncb_retcode
-    unsigned char ncb_reserve[sizeof(void*) == 8 ? 18 : 10];
-    void* ncb_event;  ///< a system event instead of the post routine
+    unsigned char ncb_reserve[sizeof(void*) == 8 ? 18 : 10];  ///< the driver's own
+    void* ncb_event;                                          ///< a system event instead of the post routine
 };
 
 /// Executes a network control block. A synchronous command is done when it returns; for an asynchronous one 0 means
@@ -61,7 +61,7 @@ struct NetCounters {
     unsigned short wrappersFreed;       ///< commands ended
     unsigned short blocksAllocated;     ///< memory blocks, for wrappers and for data
     unsigned short allocationFailures;  ///< blocks that could not be had
-    unsigned short blocksFreed;
+    unsigned short blocksFreed;         ///< blocks given back
     unsigned short datagramsSent;       ///< sends issued
     unsigned short sendCompletions;     ///< sends completed
     unsigned short lastSendCode;        ///< the return code of the last one
@@ -100,21 +100,23 @@ public:
 
     /// The notifications; they do nothing by default. The data is there during the call alone.
     virtual void GroupNameAdded(unsigned short code);
+    /// See NetPeer::NetDatagramSendResult().
     virtual void DatagramSent(unsigned short code, void* data, short length);
+    /// See NetPeer::NetDatagramReceive().
     virtual void DatagramReceived(unsigned short code, void* data, short length);
 
     /// The lines of the status window, one below the other and each ended by a line feed: the counters, then what each
     /// adapter answered when StatusShow() asked last.
     virtual CString StatusText();
-    virtual const NetCounters& CountersGet();
+    virtual const NetCounters& CountersGet();  ///< what the object has done so far
 
 protected:
-    short adapter;                 ///< the adapter's number; -1 until one has been found
-    void (*postRoutine)(NetNcb*);  ///< given to asynchronous commands; posts the callback message and nothing else
-    unsigned long callbackWindow;  ///< receives the callback message, 7490; a handle on Windows
-    char groupName[17];            ///< 16 characters and a NUL; the first is 0 while no name is registered
-    unsigned char nameNumber;      ///< what the adapter calls the group name
-    NetCounters counters;
+    short adapter;                    ///< the adapter's number; -1 until one has been found
+    void (*postRoutine)(NetNcb*);     ///< given to asynchronous commands; posts the callback message and nothing else
+    unsigned long callbackWindow;     ///< receives the callback message, 7490; a handle on Windows
+    char groupName[17];               ///< 16 characters and a NUL; the first is 0 while no name is registered
+    unsigned char nameNumber;         ///< what the adapter calls the group name
+    NetCounters counters;             ///< what CountersGet() answers
     unsigned char* adapterStatus[2];  ///< what adapters 0 and 1 answered; 348 bytes each, null before the first use
     NetPeer* owner;                   ///< who is notified
 
@@ -130,9 +132,11 @@ private:
 /// The NetBIOS object of a NetPeer: hands its notifications on.
 class KORA_API OurNetBIOS : public NetBIOS {
 public:
-    explicit OurNetBIOS(unsigned long instance);
-    void GroupNameAdded(unsigned short code) override;
+    explicit OurNetBIOS(unsigned long instance);        ///< @param instance as for NetBIOS
+    void GroupNameAdded(unsigned short code) override;  ///< calls NetPeer::NetGroupNameAddResult()
+    /// Calls NetPeer::NetDatagramSendResult().
     void DatagramSent(unsigned short code, void* data, short length) override;
+    /// Calls NetPeer::NetDatagramReceive().
     void DatagramReceived(unsigned short code, void* data, short length) override;
 };
 

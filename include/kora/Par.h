@@ -11,6 +11,7 @@
 class FilePath;
 class TskKoraModule;
 
+/// A number of 64 bits.
 typedef std::int64_t int64;
 
 /// What ends a statement. Every value but ParModeLine counts as ParModeSemicolon.
@@ -125,24 +126,24 @@ public:
     void GetBlock(long from, long to, CString& out);
 
 protected:
-    char current;  ///< 0 when there is none
-    bool stmtEnd;
-    bool fileEnd;
-    ParCharSet srcNameChars;
-    ParCharSet allChars;
-    ParCharSet numChars;
-    std::int32_t pos;       ///< index of the next byte to read
-    std::int32_t savedPos;  ///< where ParBackspace() goes
-    std::int32_t maxPos;    ///< -1 when nothing was read; no operation reads it
-    RamArray* data;
-    bool ownsData;
-    std::int32_t length;  ///< bytes of text
-    char stmtEndChar;
-    bool trackMax;
-    bool keepControl;
-    std::int16_t commentDepth;
-    bool sawText;     ///< a character was delivered since the last statement end
-    bool sawComment;  ///< a comment began since then
+    char current;               ///< 0 when there is none
+    bool stmtEnd;               ///< the current character ends a statement
+    bool fileEnd;               ///< there are no more characters
+    ParCharSet srcNameChars;    ///< see ParCharsSrcNameGet()
+    ParCharSet allChars;        ///< see ParCharsAllGet()
+    ParCharSet numChars;        ///< see ParCharsNumGet()
+    std::int32_t pos;           ///< index of the next byte to read
+    std::int32_t savedPos;      ///< where ParBackspace() goes
+    std::int32_t maxPos;        ///< -1 when nothing was read; no operation reads it
+    RamArray* data;             ///< the text; null when there is none
+    bool ownsData;              ///< the destructor deletes data
+    std::int32_t length;        ///< bytes of text
+    char stmtEndChar;           ///< the character that ends a statement
+    bool trackMax;              ///< maxPos is kept
+    bool keepControl;           ///< control characters are delivered as they are, not as blanks
+    std::int16_t commentDepth;  ///< how many comments are open at the current character
+    bool sawText;               ///< a character was delivered since the last statement end
+    bool sawComment;            ///< a comment began since then
 
 private:
     struct Span {

@@ -42,28 +42,28 @@ public:
     /// What the array is reckoned to occupy, in bytes: four and its size for each block, and 28.
     virtual long RamGetTypeSize();
     virtual long RamGetTotalDataLength();  ///< in bytes
-    virtual short RamGetNumBlocks();
+    virtual short RamGetNumBlocks();       ///< how many blocks the array has
     /// A new array of the same length with copies of all blocks and of the scratch area, which the caller deletes.
     /// Null when memory ran out.
     virtual RamArray* RamDuplicate();
-    virtual bool RamScratchAreaExist();
+    virtual bool RamScratchAreaExist();  ///< whether there is a scratch area
     /// Replaces the scratch area by one of @p size bytes that begins with what the old one held, and answers it. Null,
     /// with the old one as it was, when memory ran out or @p size is negative.
     virtual void* RamScratchAreaAllocate(int size);
-    virtual void* RamScratchAreaGet();  ///< null when there is none
-    virtual int RamScratchSizeGet();    ///< in bytes
-    virtual void RamScratchAreaDelete();
+    virtual void* RamScratchAreaGet();    ///< null when there is none
+    virtual int RamScratchSizeGet();      ///< in bytes
+    virtual void RamScratchAreaDelete();  ///< frees the scratch area, if there is one
     /// The byte at @p index, which must be within the data. Beyond the blocks it files ERR with location 1792 and
     /// answers a byte that belongs to no data.
     virtual unsigned char& operator[](unsigned long index);
 
 protected:
-    std::int16_t numBlocks;
+    std::int16_t numBlocks;     ///< how many blocks there are
     std::uint32_t totalLength;  ///< in bytes
     std::uint16_t blockShift;   ///< a block is 1 << blockShift bytes
     unsigned char** blocks;     ///< numBlocks of them
-    unsigned char* scratch;
-    std::int32_t scratchSize;
+    unsigned char* scratch;     ///< the scratch area; null without one
+    std::int32_t scratchSize;   ///< in bytes
 
 private:
     unsigned char spare_[16];  // what an index beyond the blocks reaches

@@ -39,6 +39,7 @@ enum eShtCellShow : std::int32_t {
 /// How the text sits in its cell; every other value is right too. Headings are centred.
 enum eShtCellAlign : std::int32_t { ShtCellAlignLeft = 0, ShtCellAlignCentre = 1, ShtCellAlignRight = 2 };
 
+/// What a selection consists of.
 enum eShtSelect : std::int32_t {
     ShtSelectNone = 0,
     ShtSelectCells = 1,
@@ -50,6 +51,7 @@ enum eShtSelect : std::int32_t {
 /// What a sort compares; every other value is cells too.
 enum eShtSort : std::int32_t { ShtSortHeadings = 0, ShtSortCells = 1 };
 
+/// How rows (columns) are sized.
 enum eShtAutoSize : std::int32_t {
     ShtAutoSizeNone = 0,
     ShtAutoSizeDefault = 1,  ///< the default row height (column width)
@@ -108,11 +110,11 @@ public:
     /// it off scrolls there too and deletes the empty rows at the end, then the columns, each through ShtRowDel()
     /// (ShtColDel()), down to what ShtSheetSizeUsedGet() tells.
     virtual bool ShtSheetVirtGet();
-    virtual void ShtSheetVirtSet(bool on);
-    virtual bool ShtSheetGridLinesGet();
+    virtual void ShtSheetVirtSet(bool on);       ///< see ShtSheetVirtGet()
+    virtual bool ShtSheetGridLinesGet();         ///< whether grid lines are shown
     virtual void ShtSheetGridLinesSet(bool on);  ///< and invalidates the sheet
-    virtual bool ShtSheetAxisSwapGet();
-    virtual void ShtSheetAxisSwapSet(bool on);  ///< kept for the owner; nothing here acts on it
+    virtual bool ShtSheetAxisSwapGet();          ///< what ShtSheetAxisSwapSet() kept
+    virtual void ShtSheetAxisSwapSet(bool on);   ///< kept for the owner; nothing here acts on it
     /// Copies the cell font into @p font and answers it; null answers null.
     virtual WinFont* ShtSheetFontGet(WinFont* font);
     /// Sets the cell font and, from it, the default row height (a line) and column width (ten digits). Rows and columns
@@ -120,9 +122,9 @@ public:
     virtual void ShtSheetFontSet(WinFont* font);
     /// What the user may do with the mouse; either pointer may be null. The sheet's own operations are not bound by it.
     virtual void ShtSheetUserMoveOkayGet(bool* rows, bool* cols);
-    virtual void ShtSheetUserMoveOkaySet(bool rows, bool cols);
-    virtual void ShtSheetUserSizeOkayGet(bool* rows, bool* cols);
-    virtual void ShtSheetUserSizeOkaySet(bool rows, bool cols);
+    virtual void ShtSheetUserMoveOkaySet(bool rows, bool cols);    ///< see ShtSheetUserMoveOkayGet()
+    virtual void ShtSheetUserSizeOkayGet(bool* rows, bool* cols);  ///< see ShtSheetUserMoveOkayGet()
+    virtual void ShtSheetUserSizeOkaySet(bool rows, bool cols);    ///< see ShtSheetUserMoveOkayGet()
     /// How many rows and column headings there are; either pointer may be null.
     virtual void ShtSheetSizeGet(short* rows, short* cols);
     /// The size without what is empty at the end: one more than the highest row, and the highest column, that holds a
@@ -158,9 +160,9 @@ public:
     /// Whether the dirty flag is set or some cell is dirty.
     virtual bool ShtSheetDirtyGet();
     virtual void ShtSheetDirtySet(bool dirty);  ///< sets the flag alone; cells stay as they are
-    virtual bool ShtSheetProtectGet();
-    virtual void ShtSheetProtectSet(bool on);  ///< kept for the owner; nothing here acts on it
-    virtual void ShtSheetUpdateNow();          ///< WinUpdateNow()
+    virtual bool ShtSheetProtectGet();          ///< what ShtSheetProtectSet() kept
+    virtual void ShtSheetProtectSet(bool on);   ///< kept for the owner; nothing here acts on it
+    virtual void ShtSheetUpdateNow();           ///< WinUpdateNow()
     /// The selection and its kind; any pointer may be null. The rectangle is what was set.
     virtual eShtSelect ShtSheetSelectGet(short* top, short* left, short* bottom, short* right);
     /// Selects rows @p top to @p bottom and columns @p left to @p right, both included; a -1 reaches to that end of the
@@ -212,17 +214,17 @@ public:
     virtual bool ShtRowHeadingSet(short r, char* text, long length, void* data);
     /// 16 bits that belong to the owner; 0 when there is no such row.
     virtual unsigned short ShtRowFlagsGet(short r);
-    virtual bool ShtRowFlagsSet(short r, unsigned short flags);
+    virtual bool ShtRowFlagsSet(short r, unsigned short flags);  ///< false when there is no such row
     /// As for rows. The cells of a column are inserted, removed and moved with its heading.
     virtual bool ShtColAdd(short c);
-    virtual bool ShtColDel(short c);
-    virtual void ShtColClear(short c);
+    virtual bool ShtColDel(short c);    ///< see ShtRowDel()
+    virtual void ShtColClear(short c);  ///< see ShtRowClear()
     /// As ShtRowMove(). A row that ends between the two columns is filled up with blank cells first.
     virtual bool ShtColMove(short from, short to);
-    virtual bool ShtColHeadingGet(short c, char*& text, long& length, void*& data);
-    virtual bool ShtColHeadingSet(short c, char* text, long length, void* data);
-    virtual unsigned short ShtColFlagsGet(short c);
-    virtual bool ShtColFlagsSet(short c, unsigned short flags);
+    virtual bool ShtColHeadingGet(short c, char*& text, long& length, void*& data);  ///< see ShtRowHeadingGet()
+    virtual bool ShtColHeadingSet(short c, char* text, long length, void* data);     ///< see ShtRowHeadingSet()
+    virtual unsigned short ShtColFlagsGet(short c);                                  ///< see ShtRowFlagsGet()
+    virtual bool ShtColFlagsSet(short c, unsigned short flags);                      ///< see ShtRowFlagsSet()
 
     /// A cell's text, whether the cell holds its own copy, and what the owner attached. A missing cell is a blank one:
     /// true, null, 0, null. The text stays where it is until the cell changes, or columns are inserted, deleted or
@@ -245,41 +247,43 @@ public:
     /// is 0, and @p value stays as it was.
     /// @return true
     virtual bool ShtCellMarkGet(short r, short c, char& mark, int& value);
+    /// Sets both, with what ShtCellSet() says of the last three.
     virtual bool ShtCellMarkSet(short r, short c, char mark, int value, eShtCellUpdate update, eShtCellShow showRow,
                                 eShtCellShow showCol);
     virtual bool ShtCellMarkClear(short r, short c, eShtCellUpdate update, eShtCellShow showRow,
                                   eShtCellShow showCol);  ///< mark 0 and value 0
-    virtual bool ShtCellDirtyGet(short r, short c);
-    virtual bool ShtCellDirtySet(short r, short c, bool dirty);
-    virtual bool ShtCellMultiLineGet(short r, short c);
+    virtual bool ShtCellDirtyGet(short r, short c);  ///< whether the cell was changed since it was last said not to be
+    virtual bool ShtCellDirtySet(short r, short c, bool dirty);  ///< see ShtSheetDirtyGet()
+    virtual bool ShtCellMultiLineGet(short r, short c);          ///< what ShtCellMultiLineSet() kept
+    /// Whether the cell is edited with several lines; kept.
     virtual bool ShtCellMultiLineSet(short r, short c, bool multiLine);
-    virtual bool ShtCellProtectGet(short r, short c);
+    virtual bool ShtCellProtectGet(short r, short c);           ///< whether the cell is protected
     virtual bool ShtCellProtectSet(short r, short c, bool on);  ///< bulk operations pass over a protected cell
-    virtual eShtCellAlign ShtCellAlignGet(short r, short c);
-    virtual bool ShtCellAlignSet(short r, short c, eShtCellAlign align);
-    virtual unsigned short ShtCellFlagsGet(short r, short c);
+    virtual eShtCellAlign ShtCellAlignGet(short r, short c);    ///< how the text sits in the cell
+    virtual bool ShtCellAlignSet(short r, short c, eShtCellAlign align);   ///< see ShtCellAlignGet()
+    virtual unsigned short ShtCellFlagsGet(short r, short c);              ///< what ShtCellFlagsSet() kept
     virtual bool ShtCellFlagsSet(short r, short c, unsigned short flags);  ///< 16 bits that belong to the owner
 
     /// Hooks for the owner; they do nothing, and those with a result answer true. The first eight are called by whoever
     /// gives the sheet a window, when the user has done that.
     virtual void ShtUserCellChange(short r, short c);
-    virtual void ShtUserSelect();
-    virtual void ShtUserRightMouseDown(short r, short c);
-    virtual void ShtUserRightMouseUp(short r, short c);
-    virtual void ShtUserColMove(short from, short to);
-    virtual void ShtUserColMoveDone();
-    virtual void ShtUserRowMove(short from, short to);
-    virtual void ShtUserRowMoveDone();
+    virtual void ShtUserSelect();                          ///< the user has selected
+    virtual void ShtUserRightMouseDown(short r, short c);  ///< the right button went down over a cell
+    virtual void ShtUserRightMouseUp(short r, short c);    ///< it went up
+    virtual void ShtUserColMove(short from, short to);     ///< the user moves a column
+    virtual void ShtUserColMoveDone();                     ///< the user has done moving columns
+    virtual void ShtUserRowMove(short from, short to);     ///< the user moves a row
+    virtual void ShtUserRowMoveDone();                     ///< the user has done moving rows
     /// A bulk operation has changed this cell; false stops it. The hook may change the sheet in every way.
     virtual bool ShtProgCellChange(short r, short c);
-    virtual void ShtProgCellChangeDone(bool completed);
+    virtual void ShtProgCellChangeDone(bool completed);  ///< the bulk operation has ended
 
     /// The height of a row, the width of a column, in the drawing surface's units; -1 is the band of the column
     /// headings (row headings). 0 when there is none.
     virtual short ShtRowSizeGet(short r);
     virtual bool ShtRowSizeSet(short r, short size);  ///< sizes below 0 are refused
-    virtual short ShtColSizeGet(short c);
-    virtual bool ShtColSizeSet(short c, short size);
+    virtual short ShtColSizeGet(short c);             ///< see ShtRowSizeGet()
+    virtual bool ShtColSizeSet(short c, short size);  ///< see ShtRowSizeSet()
     /// The first visible row and column; either pointer may be null.
     virtual void ShtScrollGet(short* r, short* c);
     /// Scrolls so that row @p r and column @p c are the first visible ones, as far as the sheet has them.
@@ -289,7 +293,7 @@ public:
     virtual bool ShtCellRectGet(short r, short c, LRCT* rect);
     /// The colour of protected cells and of the grid lines.
     virtual int ShtSheetProtectColourGet();
-    virtual int ShtSheetGridLinesColourGet();
+    virtual int ShtSheetGridLinesColourGet();  ///< see ShtSheetProtectColourGet()
     /// Editing a cell in place. Here it is only remembered which one: whoever gives the sheet a window overrides both
     /// to show the editor, and to take its text into the cell, and calls these.
     /// @return false when there is no such row or column, or the cell is protected

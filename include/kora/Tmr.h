@@ -22,7 +22,7 @@ enum eTmrType : std::int16_t { TmrTypeTimed = 0, TmrTypeTimedToo = 1, TmrTypeIdl
 /// The order of the virtual operations is the interface; new ones go at the end.
 class KORA_API TmrTimer : public DoubleListElement {
 public:
-    explicit TmrTimer(eTmrType type);
+    explicit TmrTimer(eTmrType type);  ///< a stopped timer, in the registry of its type
     /// Takes the timer out of its registry. A timed timer's runs TmrDoTimedTimers() then; what a handler throws there
     /// goes to the trace.
     ~TmrTimer() override;
@@ -37,7 +37,7 @@ public:
     virtual void TmrStop();
     /// Sets the interval in milliseconds (1 at first; 32 bits of it count). A running timer stays due when it was.
     virtual void TmrIntervalSet(unsigned long interval);
-    virtual unsigned long TmrIntervalGet();
+    virtual unsigned long TmrIntervalGet();  ///< in milliseconds
     /// Called when the timer fires. Answering true has the timer deleted, which the handler must not do itself; it may
     /// start, stop, make and delete others, and start its own again.
     virtual bool TmrExpiry();
@@ -71,11 +71,12 @@ KORA_API void TmrDoIdleTimers();
 /// fires at once. Does nothing within a pass of its own.
 KORA_API void TmrDoTimedTimers();
 
+/// Answers milliseconds that wrap at 32 bits.
 typedef unsigned long (*TmrClock)();
 /// Puts @p clock in place of the system's tick count and answers the one before; null restores the system's.
 KORA_API TmrClock TmrClockSet(TmrClock clock);
 
 /// Whether timers of that kind run, by their counters; the idle loop asks to know whether it is needed.
 KORA_API bool TmrTimedRunning();
-KORA_API bool TmrIdleRunning();
-KORA_API bool TmrHighPriorityIdleRunning();
+KORA_API bool TmrIdleRunning();              ///< see TmrTimedRunning()
+KORA_API bool TmrHighPriorityIdleRunning();  ///< see TmrTimedRunning()

@@ -53,12 +53,12 @@ KORA_API void TraceException(const char* text);
 
 /// Recording into the ring; on at start.
 KORA_API void TraceRecordSet(bool on);
-KORA_API bool TraceRecordGet();
+KORA_API bool TraceRecordGet();  ///< whether that is on
 
 /// Tracing to file: lets notes and dumps write without being forced; off at start.
 KORA_API void TraceToFileSet(bool on);
-KORA_API bool TraceToFileGet();
+KORA_API bool TraceToFileGet();  ///< whether that is on
 
 /// The code that dumps the ring when TraceCode() sees it; 0 at start.
 KORA_API void TraceTriggerSet(unsigned long code);
-KORA_API unsigned long TraceTriggerGet();
+KORA_API unsigned long TraceTriggerGet();  ///< the code that was set; 0 for none

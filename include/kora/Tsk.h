@@ -26,8 +26,8 @@ enum eTskKoraModule : int { TskKoraModuleOk = 0, TskKoraModuleFailed = 1 };
 /// One string of a module's string table. Where modules have no resources of their own the table is exported under the
 /// name TskKoraStrings and ended by an entry without text.
 struct TskString {
-    int id;
-    const char* text;
+    int id;            ///< from 1 to 65535
+    const char* text;  ///< null behind the last one
 };
 
 /// By this object a module represents itself to the library and to other modules. A module derives from it, overrides
@@ -63,9 +63,9 @@ public:
     /// module may count in each on what all have done in the ones before. A module that answers false takes part in
     /// nothing any more and is not found by name.
     virtual bool TskInit1();
-    virtual bool TskInit2();
-    virtual bool TskInit3();
-    virtual bool TskInit4();
+    virtual bool TskInit2();  ///< see TskInit1()
+    virtual bool TskInit3();  ///< see TskInit1()
+    virtual bool TskInit4();  ///< see TskInit1()
     /// Called once, in a pass of its own, when everything else has started; the result changes nothing.
     virtual bool TskInitFinal();
     /// A file that the host opens is offered to the module. Does nothing by default.
@@ -92,8 +92,8 @@ public:
 
     virtual const char* TskKoraName();  ///< the name given to the constructor; never null
     virtual const char* TskFileName();  ///< the module file's name and type, without directory; empty without a file
-    virtual bool TskInitSuccessful();
-    virtual bool TskAwaken();
+    virtual bool TskInitSuccessful();   ///< whether the module takes part
+    virtual bool TskAwaken();           ///< what was given to the constructor
 
     /// Wakes the module with an argument; true when it took it. False by default.
     virtual bool TskWakeUp(const char* argument);
@@ -207,7 +207,7 @@ KORA_API void* TskKoraConnect(unsigned long handle, const char* module, const ch
 KORA_API TskKoraModule* TskKoraModuleGet(const char* name);
 /// TskHandleGet() of the module of this name, 0 when there is none.
 KORA_API unsigned long TskKoraHandleGet(const char* name);
-KORA_API bool TskModuleExists(const char* name);
+KORA_API bool TskModuleExists(const char* name);  ///< whether TskKoraModuleGet() finds one
 /// Whether there is a module of this name and it shows something.
 KORA_API bool TskModuleIsVisible(const char* name);
 /// Wakes the module of this name, with @p argument unless that is null; an empty argument is one. With @p toggle a
@@ -274,7 +274,7 @@ KORA_API bool TskCmdLine(const CStringArray& arguments);
 /// Makes a module the active one, or none: TskSuspend() of the one before, then TskResume() of this one. The module
 /// that is active already is left alone.
 KORA_API void TskActiveModuleSet(TskKoraModule* module);
-KORA_API TskKoraModule* TskActiveModuleGet();
+KORA_API TskKoraModule* TskActiveModuleGet();  ///< the active module; null for none
 
 /// Suspends the whole program, or lets it go on: TskKoraSuspend() or TskKoraResume() of every module when it changes.
 KORA_API void TskSuspendSet(bool on);
@@ -310,10 +310,11 @@ constexpr bool entryThrowsNothing() {
 }
 }  // namespace kora
 
-// Under any other signature the entry would be one more overload, which nobody finds. Written out behind the
-// parameters, the check sees every definition; a call has to be written (TskKoraMain)(...).
+/// Under any other signature the entry would be one more overload, which nobody finds. Written out behind the
+/// parameters, the check sees every definition; a call has to be written (TskKoraMain)(...).
 #define TskKoraMain(...) TskKoraMain(__VA_ARGS__) noexcept(kora::entryThrowsNothing<void(__VA_ARGS__)>())
 
+/// One row of a module's string table.
 #define KORA_TSK_STRING(id, text) {id, text},
 #if defined(_WIN32)
 #define KORA_MODULE_STRINGS(STRINGS)
@@ -343,4 +344,4 @@ constexpr bool entryThrowsNothing() {
     KORA_MODULE_EXPORT void TskKoraMain(eTskKoraModule& status, TskKoraModule** module, double) { \
         *module = new (std::nothrow) Class(status, NAME, false, false);                           \
     }
-#define KORA_NO_STRINGS(S)
+#define KORA_NO_STRINGS(S)  ///< the empty list of strings

@@ -13,12 +13,16 @@
 
 /// A point: vertical first, then horizontal.
 struct LPNT {
-    std::int32_t v, h;
+    std::int32_t v;  ///< downwards, in Qz units as a rule
+    std::int32_t h;  ///< to the right
 };
 
 /// A rectangle. Empty when top >= bottom or left >= right.
 struct LRCT {
-    std::int32_t top, left, bottom, right;
+    std::int32_t top;     ///< the upper edge, in Qz units as a rule
+    std::int32_t left;    ///< the left edge
+    std::int32_t bottom;  ///< the lower edge
+    std::int32_t right;   ///< the right edge
 };
 
 // Modules hold and store both as they lie in memory.
@@ -75,12 +79,12 @@ enum eUtlUnit : std::int32_t {
 /// A rectangle that is known or not yet known, for bounds that are gathered piece by piece.
 class KORA_API UtlRect : public LRCT {
 public:
-    bool valid;
+    bool valid;  ///< whether the rectangle is known
 
     /// All zero and not valid.
     UtlRect();
     UtlRect(const UtlRect&);
-    UtlRect& operator=(const UtlRect&);
+    UtlRect& operator=(const UtlRect&);  ///< copies the rectangle and whether it is known
     /// Takes the rectangle over, empty or not, and is valid.
     UtlRect& operator=(LRCT& rect);
 
@@ -226,8 +230,8 @@ KORA_API const char* UtlGetPreferredUnitText();
 ///     1008, inches    1 in          -1260, inches    -1.25 in
 ///     0, inches       0 in            397, cm         1 cm
 KORA_API void UtlQzUnitsToString(int value, CString& out, eUtlUnit unit);
-/// Reads a length: blanks, a number of digits and points, blanks, a unit, blanks. The unit is `"`, in, in. or inch, or
-/// cm or cm., without regard to case; where there is none @p unit is meant. @p text stays as it is.
+/// Reads a length: blanks, a number of digits and points, blanks, a unit, blanks. The unit is a double quote, in, in.
+/// or inch, or cm or cm., without regard to case; where there is none @p unit is meant. @p text stays as it is.
 ///
 ///     2.5 cm    993           1.2.3 in    1210, the number ends at the second point
 ///     1"        1008          1 ft, -1, . and an empty text: false
@@ -244,7 +248,10 @@ KORA_API bool UtlStringToQzUnits(CString& text, int& value, eUtlUnit unit);
 
 /// A rectangle as the platform has it: horizontal first.
 struct UtlPlatformRect {
-    std::int32_t left, top, right, bottom;
+    std::int32_t left;    ///< in pixels as a rule
+    std::int32_t top;     ///< in pixels as a rule
+    std::int32_t right;   ///< in pixels as a rule
+    std::int32_t bottom;  ///< in pixels as a rule
 };
 static_assert(sizeof(UtlPlatformRect) == 16);
 
@@ -276,8 +283,8 @@ public:
     /// No free area; allocates nothing.
     UtlRectRegion();
     ~UtlRectRegion();
-    UtlRectRegion(const UtlRectRegion& other);
-    UtlRectRegion& operator=(const UtlRectRegion& other);
+    UtlRectRegion(const UtlRectRegion& other);             ///< a shallow copy
+    UtlRectRegion& operator=(const UtlRectRegion& other);  ///< becomes a shallow copy
 
     /// Puts a node in front, whatever the area holds already.
     void Add(LRCT& r);

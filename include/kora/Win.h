@@ -37,12 +37,12 @@ public:
     /// No face (whoever draws takes its usual one), no style, 12 points.
     WinFont();
 
-    const CString& WinFontFaceGet() const;
+    const CString& WinFontFaceGet() const;  ///< empty for no face
     void WinFontFaceSet(const char* face);  ///< null is no face
-    int WinFontStyleGet() const;
-    void WinFontStyleSet(int style);  ///< bits of eWinFontStyle; others are kept and mean nothing here
-    int WinFontSizeGet() const;       ///< in points
-    void WinFontSizeSet(int points);
+    int WinFontStyleGet() const;            ///< bits of eWinFontStyle
+    void WinFontStyleSet(int style);        ///< bits of eWinFontStyle; others are kept and mean nothing here
+    int WinFontSizeGet() const;             ///< in points
+    void WinFontSizeSet(int points);        ///< in points
 
     /// True when face (letter case included), style and size are the same.
     bool operator==(const WinFont& other) const;
@@ -53,6 +53,7 @@ private:
     int points_ = 12;
 };
 
+/// The two scroll bars of a window.
 enum eWinScrollBar : int { WinScrollBarVertical = 0, WinScrollBarHorizontal = 1 };
 
 /// What is drawn upon: colours, font, measuring, redrawing and the cursor. Complete without a window: a host that has
@@ -76,11 +77,11 @@ public:
     virtual unsigned long WinMapColour(int colour, bool monochrome);
     /// Sets the foreground (pen) colour: any colour value. A symbolic one is not replaced a second time.
     virtual void WinForeColourSet(int colour);
-    virtual void WinBackColourSet(int colour);
-    virtual void WinClientRectSet(LRCT* r);
-    virtual void WinClientRectGet(LRCT* r);
-    virtual int WinForeColourGet();
-    virtual int WinBackColourGet();
+    virtual void WinBackColourSet(int colour);  ///< the same for the background
+    virtual void WinClientRectSet(LRCT* r);     ///< sets the client rectangle
+    virtual void WinClientRectGet(LRCT* r);     ///< copies the client rectangle; empty at first
+    virtual int WinForeColourGet();             ///< as it was set
+    virtual int WinBackColourGet();             ///< as it was set
     /// Selects the font to draw and measure with, as a copy. The one before stays when memory runs out.
     virtual void WinFontSet(WinFont* font);
     /// Copies the selected font and answers @p font; null, with @p font as it was, when memory runs out.
@@ -136,7 +137,7 @@ public:
     WinWindow(TskKoraModule* module, WinWindow* parent);
     ~WinWindow() override;
 
-    virtual TskKoraModule* WinModuleGet();
+    virtual TskKoraModule* WinModuleGet();  ///< the module given to the constructor; null for none
     /// The window whose child this one is; null when it is nobody's, or not a window's.
     virtual WinWindow* WinParentGet();
     /// Makes the window of a resource's description and calls WinCreateDone(). Without a window there is nothing to
@@ -146,17 +147,18 @@ public:
     virtual void WinCreateDone();
     /// Whether the window is shown, as far as it depends on itself.
     virtual bool WinVisibleGet();
-    virtual void WinShow();
-    virtual void WinHide();
+    virtual void WinShow();  ///< shows the window
+    virtual void WinHide();  ///< hides the window
     /// Places the window within its parent: the client rectangle becomes one of that size at (0, 0), through
     /// WinClientRectSet().
     virtual void WinMove(LRCT* r);
     /// Sets over how many lines or columns a scroll bar goes, and how many of them are seen at once. Nothing is
     /// checked, the position included. A bar of another number keeps nothing and answers 0.
     virtual void WinScrollRangeSet(eWinScrollBar bar, long count, long page);
+    /// See WinScrollRangeSet(); either pointer may be null.
     virtual void WinScrollRangeGet(eWinScrollBar bar, long* count, long* page);
-    virtual void WinScrollPosSet(eWinScrollBar bar, long position);
-    virtual long WinScrollPosGet(eWinScrollBar bar);
+    virtual void WinScrollPosSet(eWinScrollBar bar, long position);  ///< scrolls to a line (column)
+    virtual long WinScrollPosGet(eWinScrollBar bar);                 ///< the first line (column) that is seen
 
     /// A window that is attached here has this one for its parent, and one that is detached has none: unlike other
     /// elements, windows leave the parent that they name.
