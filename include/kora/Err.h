@@ -54,7 +54,7 @@ KORA_API bool ErrGet(TskKoraModule*& module, long& number, long& location, void*
 ///
 /// The module may deal with it itself (TskErrHandler() answers true), then nothing is shown. Otherwise the text by
 /// number is shown in a box with OK, with the module's name, location and reference; the number itself never is.
-/// A call made while a report is showing answers true and shows nothing.
+/// A call made while a report is showing answers true and shows nothing, and an error that is set then is dropped.
 KORA_API bool ErrReport();
 
 /// Files an internal fault in the trace; shows nothing to the user.

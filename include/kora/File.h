@@ -124,7 +124,7 @@ public:
     /// in c:\temp where that exists, else in the system's directory for temporary files. The name begins with
     /// @p prefix ("qztemp_" when null or empty) and has the type @p type (with or without its dot; none when null or
     /// empty). No file is made.
-    /// @return true, always.
+    /// @return true, always; where there is no such name, the path is null then.
     virtual bool SetTempName(const char* prefix, const char* type);
 
     /// Lets the user choose a file that is there, beginning at this path.
@@ -139,7 +139,8 @@ public:
     virtual short FileCreatorGet();
     virtual void FileCreatorSet(short creator);  ///< sets that code
     /// Why the last file operation that failed through this object did so; a later success does not clear it.
-    /// FileExists() answering false for a file that is not there is no failure.
+    /// FileExists() answering false for a file that is not there is no failure, and what the operations of DirPath meet
+    /// is not kept.
     virtual eFileError FileGetErrorCause();
     /// The system's own number for FileGetErrorCause(); 0 when there is none.
     virtual unsigned long FileGetErrorCode();
@@ -168,7 +169,7 @@ KORA_API CString FileMakeFriendlyName(const char* path);
 ///     c:\d\quite_a_long_name.txt, 20     ...\quite_...me.txt
 KORA_API CString FileMakeLimitedName(const char* path, int limit);
 /// @p path relative to the first of FileGetSearchDirs() that it lies in, which is where FileLocateFile() finds it
-/// again; unchanged when it lies in none.
+/// again, in the document root only while FileDocRootSearchGet() says so; unchanged when it lies in none.
 KORA_API CString FileMakePathRelative(const char* path);
 /// The same with @p dirs as the search directories.
 KORA_API CString FileMakePathRelative(const char* path, CStringArray& dirs);

@@ -9,7 +9,7 @@
 ///
 ///     [ Frame ]        a section: only white space before `[` and behind `]`; white space inside goes; not empty
 ///     Zoomed = True    an entry: the printable characters before the first `=` are the key, the rest is the value;
-///                      white space goes behind the key and on both sides of the value
+///                      white space goes behind the key and on both sides of the value, and stays in front of the key
 ///     ; a comment      `;` or `/` is the very first character
 ///
 /// Everything else is ignored, and kept when the file is written. Of a line 1023 characters are looked at, up to a NUL;
@@ -72,7 +72,8 @@ KORA_API bool IniGetLong(eIniFile file, const char* section, const char* key, lo
 KORA_API bool IniGetShort(eIniFile file, const char* section, const char* key, short def, short& value);
 KORA_API bool IniGetShort(eIniFile file, const char* section, const char* key, short& value);
 /// A text that begins with "0x" or "0X" is a hexadecimal number, taken as the colour value itself; every other is a
-/// name for WinGetColourByName(), and 0 when that knows no such colour.
+/// name for WinGetColourByName(), and 0, not the default, when that knows no such colour. So red is "0x800000ff" here,
+/// with its tag, and "0x0000ff" there.
 KORA_API bool IniGetColor(eIniFile file, const char* section, const char* key, int def, int& value);
 /// Four decimal numbers with white space between them: left, top, right, bottom.
 KORA_API bool IniGetRect(eIniFile file, const char* section, const char* key, LRCT& def, LRCT& value);

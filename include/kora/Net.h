@@ -162,7 +162,8 @@ public:
     NetPeer& operator=(const NetPeer&) = delete;
 
     /// Looks for an adapter among numbers 0 to 3, unless one is known. The other operations do not look for one.
-    /// @return 0 when an adapter is known; 4096, 4097 or 4099; otherwise what the last command of the search returned.
+    /// @return 0 when an adapter is known; 4096, 4097 or 4099; otherwise what the last command of the search returned,
+    /// which is 0 too when the last adapter answered and is none.
     virtual unsigned short NetIsAvailable();
     /// Begins to register a group name: at most 16 characters, padded with blanks, of any bytes but NUL; null is the
     /// empty name. The outcome comes to NetGroupNameAddResult(). A name that this program has registered already is

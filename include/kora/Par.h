@@ -63,6 +63,10 @@ public:
     ///                    changed in it is seen when it is read; its length is taken now.
     /// @param trackMax    keeps the highest position that was read, in maxPos.
     /// @param keepControl delivers control characters as they are instead of as blanks; zero bytes are left out.
+    ///
+    /// The first character, which is read here, counts as no text: a first statement that is one character and a
+    /// comment does not end, and goes on into the next.
+    ///
     /// @return 0; -1 when the user cancelled, when the file cannot be read, and when memory ran out. The reader is
     ///         closed then.
     virtual short ParOpen(FilePath* file, bool ask, RamArray* data, ParMode mode, bool trackMax, bool keepControl);
@@ -86,7 +90,9 @@ public:
     virtual void ParStmtNext();
     /// The index of the current character, and of the end once it is reached.
     virtual long GetPos();
-    /// Goes to an index, at most the end and at least 0, and reads one character from there.
+    /// Goes to an index, at most the end and at least 0, and reads one character from there. What was read of the
+    /// statement before is forgotten: where nothing but a comment stands between the index and the statement's end, the
+    /// character is one of the next statement. From an index within a comment its text is read.
     virtual void Seek(long);
     /// Undoes the last ParCharNext(), ParCharNextEscape(), ParBlanksSkip(), ParToken() or number: Seek() to where that
     /// began. There is no second step back.
@@ -99,7 +105,8 @@ public:
     /// @return whether any was taken; @p buffer is the empty text if not.
     virtual bool ParToken(char* buffer, ParCharSet set, short max);
     /// Takes a number: a ParToken() of up to 64 characters of the class of numbers, read as StrDec2Int() reads it and
-    /// cut to 16 bits. False, with nothing stored, when there is no such token; "H" is one, and is 0.
+    /// cut to 16 bits. False, with nothing stored, when there is no such token; "H" is one, and is 0. All of the token
+    /// is taken, also what StrDec2Int() does not look at: of "12ABC" and "1-2" nothing is left behind 12 and 1.
     virtual bool ParShort(short*);
     /// The same for 32 bits; null skips the number.
     virtual bool ParLong(long*);

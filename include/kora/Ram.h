@@ -53,8 +53,8 @@ public:
     virtual void* RamScratchAreaGet();    ///< null when there is none
     virtual int RamScratchSizeGet();      ///< in bytes
     virtual void RamScratchAreaDelete();  ///< frees the scratch area, if there is one
-    /// The byte at @p index, which must be within the data. Beyond the blocks it files ERR with location 1792 and
-    /// answers a byte that belongs to no data.
+    /// The byte at @p index, which must be within the data; nothing looks whether it is. Beyond the blocks it files ERR
+    /// with location 1792 and answers a byte that belongs to no data.
     virtual unsigned char& operator[](unsigned long index);
 
 protected:

@@ -135,11 +135,13 @@ public:
     virtual void ShtSheetDelete();
     /// Bulk: clears the cells of the selection (nothing happens without one) or the sheet. With @p headingsToo the
     /// headings of those rows, and every column heading from the first of those columns to the last of the sheet, lose
-    /// their text and mark and become dirty.
+    /// their text and mark and become dirty. No operation takes that back: ShtSheetDirtyGet() stays
+    /// true as long as these rows and columns are there.
     virtual void ShtSheetClear(bool selectionOnly, bool headingsToo);
     /// Bulk: copies the selection's top row over the rows below, column after column; rows and columns that do not
-    /// exist are left out. With @p headingsToo the top row's heading too, unless a hook stopped the filling; the count
-    /// of dirty cells is then that of the last heading alone, 0 or 1: callers rely on it.
+    /// exist are left out. Marks stay where they are. With @p headingsToo the top row's heading too, unless a hook
+    /// stopped the filling; the count of dirty cells is then that of the last heading alone, 0 or 1: callers rely on
+    /// it.
     ///
     /// In virtual mode a selection that is not of plain cells is refused with a beep.
     virtual void ShtSheetFillDown(bool headingsToo);

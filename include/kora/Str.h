@@ -92,8 +92,8 @@ KORA_API bool StrEqualStr(const char* a, int aSize, const char* b, int bSize, bo
 KORA_API char* StrNew(const char* s);
 
 /// String @p id of the module's resources, cut to 511 characters, as a copy that the caller frees with
-/// `operator delete`. Null when the module is null or not connected, when it has no such string, and when memory runs
-/// out.
+/// `operator delete`. The module is found by its name, so of two with one name it is the first. Null when the module is
+/// null or not connected, when it has no such string, and when memory runs out.
 KORA_API char* StrRes(TskKoraModule* module, int id);
 
 /// The sized string as a CString; empty, with the flag set, when memory runs out.
@@ -179,7 +179,7 @@ KORA_API void StrSplitName(const CString& name, CString& prefix, CString& suffix
 
 /// -1, 0 or 1 in the order a person expects: digit runs compare as numbers (unsigned 32-bit, wrapping), everything else
 /// byte by byte. An empty name comes after all others. Names that are equal so far are compared by StrCompare(), so
-/// "A01" comes before "A1", and "A1" before "a1" when case does not matter.
+/// "A01" comes before "A1", and "A1" before "a1" when case does not matter. StrSortNameList() has another order.
 KORA_API int StrCompareName(const char* a, int aSize, const char* b, int bSize, bool caseSensitive);
 
 /// True when the pattern matches the whole text: "*" is any run of characters, the empty one too; "?" is one character;
@@ -203,12 +203,14 @@ KORA_API void StrSortNameList(const CStringArray& names, std::vector<unsigned in
 ///     A3 A2 A1           A3..A1
 ///
 /// Names in a range share prefix and suffix; names with "[" or "]" and numbers above 32767 are not drawn together.
+/// Numbers are those of StrSplitName(), whatever the digits: "A9 A10 A011" is "A9..A011", and A100001 follows A10000.
 /// Empty, with the flag set, when memory runs out.
 KORA_API void StrMakeNameListString(const CStringArray& names, CString& result, bool sortFirst);
 
 /// Reads the next item of a line from index @p position (a negative one counts as 0), which moves to the item after it.
 /// Items stand between blanks, control characters and commas; one in double or single quotes holds anything but that
-/// quote, may be empty, and runs to the end of the line when its quote is not closed. Bytes from 0x80 up are ordinary
+/// quote, may be empty, and runs to the end of the line when its quote is not closed; the next one begins right behind
+/// it. A comma that begins the line makes an empty item, other commas do not. Bytes from 0x80 up are ordinary
 /// characters. False at the end of the line, with @p item unchanged, or when memory runs out.
 KORA_API bool StrGetItem(int& position, const CString& line, CString& item);
 

@@ -47,8 +47,8 @@ KORA_API void TraceDump(const char* text, bool force);
 
 /// Reports an internal exception: dumps the ring with @p text (not forced), then shows the user "Internal Error (...)"
 /// with the text (null: "Undefined exception") and the last trace code, in the presenter's error dialog. A message that
-/// the user asked not to see again is not shown again by this process. Recording is off while the dialog stands and
-/// on afterwards, even if it had been off before.
+/// the user asked not to see again, the code included, is not shown again by this process. Recording is off while the
+/// dialog stands and on afterwards, even if it had been off before.
 KORA_API void TraceException(const char* text);
 
 /// Recording into the ring; on at start.
@@ -59,6 +59,6 @@ KORA_API bool TraceRecordGet();  ///< whether that is on
 KORA_API void TraceToFileSet(bool on);
 KORA_API bool TraceToFileGet();  ///< whether that is on
 
-/// The code that dumps the ring when TraceCode() sees it; 0 at start.
+/// The code that dumps the ring when TraceCode() sees it; 0 at start, and TraceCode(0) dumps then.
 KORA_API void TraceTriggerSet(unsigned long code);
 KORA_API unsigned long TraceTriggerGet();  ///< the code that was set; 0 for none

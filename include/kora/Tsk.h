@@ -68,7 +68,8 @@ public:
     virtual bool TskInit4();  ///< see TskInit1()
     /// Called once, in a pass of its own, when everything else has started; the result changes nothing.
     virtual bool TskInitFinal();
-    /// A file that the host opens is offered to the module. Does nothing by default.
+    /// A file that the host opens is offered to the module: by the host, the library never calls this. Does nothing by
+    /// default.
     virtual void TskInitFile(FilePath* file);
 
     /// The module stops being the active one; see TskActiveModuleSet().
@@ -292,7 +293,8 @@ KORA_API void TskExitCodeSet(int code);
 KORA_API int TskExitCodeGet();
 /// Turns Ctrl+C (and its like) into a request to quit, or gives it back its usual effect. False when that failed.
 KORA_API bool TskInterruptsAsQuit(bool on);
-/// The setting "NugPinNameDisplayUp" of section "System", as it was read at start-up; 0 when it is missing.
+/// The setting "NugPinNameDisplayUp" of section "System", as it was read at start-up, behind the modules' four phases;
+/// 0 in these and when it is missing.
 KORA_API short TskNugPinNameDisplayUp();
 
 #if !defined(_WIN32)

@@ -209,8 +209,8 @@ KORA_API bool WinIsValidColour(int colour);
 KORA_API unsigned long WinMapColour(int colour);
 
 /// The colour value of a name, without regard to case: a name of the palette, "foreground", "background", "none", or
-/// "netset" for 0. Otherwise the text is read as "0x" and at most 24 bits of hexadecimal digits, blue, green, red from
-/// the left; what stands behind the digits is not looked at.
+/// "netset" for 0. Otherwise the text is read as "0x", in small letters, and at most 24 bits of hexadecimal digits,
+/// blue, green, red from the left; what stands behind the digits is not looked at.
 ///
 ///     "PINK"        15
 ///     "0x0000ff"    0x800000FF, red
