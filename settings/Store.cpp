@@ -205,3 +205,12 @@ bool IniMainFileSet(const char* path) try {
 } catch (const std::exception&) {
     return false;
 }
+
+bool IniMainFileGet(CString& path) try {
+    path.clear();
+    if (!kora::settingsStart() || kora::family.store->main.path.FileNullGet()) return false;
+    path = kora::family.store->main.path.FileStringGet();
+    return true;
+} catch (const std::exception&) {
+    return false;
+}

@@ -8,6 +8,7 @@
 #include "tasks/CommandLine.h"
 #include "tasks/Mailbox.h"
 #include "tasks/ModuleStart.h"
+#include "tasks/Observer.h"
 #include "tasks/PeerMessaging.h"
 #include "tasks/Registry.h"
 #include "tasks/Running.h"
@@ -26,14 +27,18 @@ constexpr std::uint32_t kExitDone = trace::code(trace::kModules, 0x23F);
 // What the last query found.
 constinit bool allAgreed = false;
 
+void endPass(eTskStep step, TskKoraModule* module, void (TskKoraModule::*exit)()) {
+    observed(step, module, [&] { return (module->*exit)(), true; });
+}
+
 void exitPasses() {
     for (ModuleWalk walk; TskKoraModule* module = walk.nextSuccessful();) {
         traceCode(kExitPass1);
-        module->TskExit1();
+        endPass(TskStepExit1, module, &TskKoraModule::TskExit1);
     }
     for (ModuleWalk walk; TskKoraModule* module = walk.nextSuccessful();) {
         traceCode(kExitPass2);
-        module->TskExit2();
+        endPass(TskStepExit2, module, &TskKoraModule::TskExit2);
     }
 }
 
@@ -48,7 +53,7 @@ bool TskExitKoraQuery() {
         kora::ModuleWalk walk;
         while (TskKoraModule* module = walk.nextSuccessful()) {
             kora::traceCode(kora::kQuery);
-            if (!module->TskExitRequest()) return false;
+            if (!kora::observed(TskStepExitRequest, module, [&] { return module->TskExitRequest(); })) return false;
         }
     } catch (...) {
         kora::exceptionNote("Exception in TskExitKoraQuery");

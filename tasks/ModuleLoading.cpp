@@ -12,6 +12,7 @@
 #include "tasks/ApplicationState.h"
 #include "tasks/CommandLine.h"
 #include "tasks/LoadReasons.h"
+#include "tasks/Observer.h"
 #include "tasks/Registry.h"
 #include "tasks/Running.h"
 
@@ -34,62 +35,84 @@ std::string entryName() {
     return "_Z" + std::to_string(plain.size()) + plain + type.substr(2, type.size() - 3);
 }
 
-// Calls the entry; the module object that it connected, or null.
-TskKoraModule* connect(Entry entry) {
+/// How the loading of a file went; without success what the user was told, and what the loader says on a line below.
+struct Outcome {
+    eTskStepResult result = TskStepDone;
+    std::string reason;
+};
+
+/// What an entry made of its call: the module object that it connected, or null.
+struct Connection {
+    TskKoraModule* module = nullptr;
+    bool threw = false;
+};
+
+Connection connect(Entry entry) {
     eTskKoraModule status = TskKoraModuleFailed;
     TskKoraModule* module = nullptr;
     try {
         entry(status, &module, 0.0);
     } catch (...) {
         // The exception may be of the module's own make, and so has to end before the library goes.
-        return nullptr;
+        return {.threw = true};
     }
     // An object that deleted itself meanwhile is none.
-    return status != TskKoraModuleFailed && registryHolds(module) ? module : nullptr;
+    return {.module = status != TskKoraModuleFailed && registryHolds(module) ? module : nullptr};
 }
 
-void reportUnloadable(const std::string& path, const platform::LoadFailure& failure) {
+Outcome unloadable(const std::string& path, const platform::LoadFailure& failure) {
     const std::string text = "Error \"" + loadReason(failure.code) + "\" loading module " + path;
     TraceDump(text.c_str(), false);
     if (!failure.detail.empty()) TraceNote(failure.detail.c_str());
     TskError("%s", text.c_str());
     failureNote();
+    return {TskStepFailed, failure.detail.empty() ? text : text + '\n' + failure.detail};
 }
 
-}  // namespace
-
-void moduleLoad(const std::string& folder, const std::string& name) {
+Outcome load(const std::string& folder, const std::string& name) {
     traceCode(kLoad);
     const std::string path = folder + (folder.ends_with('\\') ? "" : "\\") + name;
     // Taken before the library is loaded: an object may also be made while its statics are.
     const std::uint32_t before = registry.lastSerial;
     platform::LoadFailure failure;
     const platform::ModuleHandle library = platform::loadModule(path, failure);
-    if (library == 0) {
-        reportUnloadable(path, failure);
-        return;
-    }
+    if (library == 0) return unloadable(path, failure);
     const auto entry = reinterpret_cast<Entry>(platform::moduleFunction(library, entryName().c_str()));
     traceCode(kEntry);
     CommandLineAttempt subscriptions;
-    TskKoraModule* module = entry != nullptr ? connect(entry) : nullptr;
+    const Connection connection = entry != nullptr ? connect(entry) : Connection{};
     traceCode(kEntryDone);
+    TskKoraModule* const module = connection.module;
     if (module == nullptr) {
-        if (entry == nullptr)
-            TskError("Module %s is not compatible with this version.", name.c_str());
-        else
-            TskError("The Kora Module %s did not connect to System Services", name.c_str());
+        const std::string text = entry == nullptr ? "Module " + name + " is not compatible with this version."
+                                                  : "The Kora Module " + name + " did not connect to System Services";
+        TskError("%s", text.c_str());
         subscriptions.undo();
         registryDeleteAfter(before);
         platform::unloadModule(library);
         failureNote();
-        return;
+        return {connection.threw ? TskStepThrew : TskStepFailed, text};
     }
     libraryKeep(library);
     ModuleAccess::setFileName(*module, name.c_str());
     module->TskHandleSet(library);
     if (registryHolds(module)) ModuleAccess::setInitSuccessful(*module);
     traceCode(kLoaded);
+    return {};
+}
+
+}  // namespace
+
+void moduleLoad(const std::string& folder, const std::string& name) {
+    stepBegin(TskStepLoad, nullptr, name.c_str());
+    Outcome outcome;
+    try {
+        outcome = load(folder, name);
+    } catch (...) {
+        stepEnd(TskStepThrew, "");
+        throw;
+    }
+    stepEnd(outcome.result, outcome.reason.c_str());
 }
 
 }  // namespace kora

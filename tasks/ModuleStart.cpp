@@ -14,6 +14,7 @@
 #include "strings/ModuleInterface.h"
 #include "tasks/ApplicationState.h"
 #include "tasks/ModuleLoading.h"
+#include "tasks/Observer.h"
 #include "tasks/Registry.h"
 #include "tasks/ToolsFolder.h"
 
@@ -23,14 +24,15 @@ namespace {
 
 struct Phase {
     const char* progress;
+    eTskStep step;
     bool (TskKoraModule::*run)();
 };
 
 constexpr Phase kPhases[] = {
-    {"Phase 1 initialization of %s", &TskKoraModule::TskInit1},
-    {"Phase 2 initialization of %s", &TskKoraModule::TskInit2},
-    {"Phase 3 initialization of %s", &TskKoraModule::TskInit3},
-    {"Phase 4 initialization of %s", &TskKoraModule::TskInit4},
+    {"Phase 1 initialization of %s", TskStepInit1, &TskKoraModule::TskInit1},
+    {"Phase 2 initialization of %s", TskStepInit2, &TskKoraModule::TskInit2},
+    {"Phase 3 initialization of %s", TskStepInit3, &TskKoraModule::TskInit3},
+    {"Phase 4 initialization of %s", TskStepInit4, &TskKoraModule::TskInit4},
 };
 
 constexpr std::uint32_t kFolder = trace::code(trace::kModules, 0x010);
@@ -65,7 +67,7 @@ void run(const Phase& phase) {
     while (TskKoraModule* module = walk.nextSuccessful()) {
         showProgress(phase.progress, moduleName(module));
         traceCode(kPhase + static_cast<std::uint32_t>(&phase - kPhases));
-        const bool succeeded = (module->*phase.run)();
+        const bool succeeded = observed(phase.step, module, [&] { return (module->*phase.run)(); });
         if (!succeeded) failureNote();
         if (walk.holdsCurrent()) ModuleAccess::andInitSuccessful(*module, succeeded);
     }
@@ -90,7 +92,7 @@ void modulesFinish() {
     ModuleWalk walk;
     while (TskKoraModule* module = walk.nextSuccessful()) {
         traceCode(kFinalPass);
-        module->TskInitFinal();
+        observed(TskStepInitFinal, module, [&] { return module->TskInitFinal(); });
     }
 }
 
@@ -99,3 +101,5 @@ void modulesEnded() { moduleStart = {}; }
 }  // namespace kora
 
 short TskNugPinNameDisplayUp() { return kora::moduleStart.nugPinNameDisplayUp; }
+
+const char* TskVersionGet() { return KORA_VERSION; }

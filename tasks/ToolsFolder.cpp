@@ -6,6 +6,7 @@
 #include <kora/Tsk.h>
 
 #include <algorithm>
+#include <exception>
 #include <new>
 #include <string_view>
 #include <tuple>
@@ -65,6 +66,16 @@ std::vector<std::string> moduleFiles(const std::string& folder) {
 }
 
 }  // namespace kora
+
+bool TskModuleFilesGet(CString& folder, CStringArray& files) try {
+    folder = kora::toolsFolder();
+    files = kora::moduleFiles(folder);
+    return true;
+} catch (const std::exception&) {
+    folder.clear();
+    files.clear();
+    return false;
+}
 
 void TskToolsFolderSet(const char* folder) {
     ::operator delete(kora::hostFolder);

@@ -141,6 +141,9 @@ KORA_API bool IniSetFilePath(eIniFile file, const char* section, const char* key
 /// @return false for a path that FilePath refuses, which changes nothing, or when memory ran out. A file that is not
 ///         there is no failure: everything is at its default, and the first setting makes it.
 KORA_API bool IniMainFileSet(const char* path);
+/// The main profile that is in force, in library form; the settings are started for it. It need not be there.
+/// @return false, with @p path empty, when the system names no directory for it, or memory ran out.
+KORA_API bool IniMainFileGet(CString& path);
 
 /// @name Registry options
 /// Values @p name under the current user's key "Software\Veltrane\Tessera5\" @p section; on POSIX a file each. All

@@ -32,6 +32,12 @@
 #define KORA_VERSION_MAJOR 0
 #define KORA_VERSION_MINOR 1  ///< the second part
 #define KORA_VERSION_PATCH 0  ///< the third part
+/// The three as a text, "0.1.0".
+#define KORA_VERSION KORA_VERSION_JOIN(KORA_VERSION_MAJOR, KORA_VERSION_MINOR, KORA_VERSION_PATCH)
+/// Makes one text of the parts of a version, which may be macros.
+#define KORA_VERSION_JOIN(major, minor, patch) \
+    KORA_VERSION_WORD(major) "." KORA_VERSION_WORD(minor) "." KORA_VERSION_WORD(patch)
+#define KORA_VERSION_WORD(number) #number  ///< one part as a text
 
 /// The counted string class and the array of counted strings.
 typedef std::string CString;

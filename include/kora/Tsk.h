@@ -296,6 +296,51 @@ KORA_API bool TskInterruptsAsQuit(bool on);
 /// The setting "NugPinNameDisplayUp" of section "System", as it was read at start-up, behind the modules' four phases;
 /// 0 in these and when it is missing.
 KORA_API short TskNugPinNameDisplayUp();
+/// The version of the library in use, as "0.1.0". The KORA_VERSION_ macros are that of the headers.
+KORA_API const char* TskVersionGet();
+/// The folder that modules are loaded from, in library form, and the names of the module files in it, in the order in
+/// which they are loaded. Nothing is loaded; before Startup() the settings are read for it.
+/// @return false when memory ran out; both are empty then.
+KORA_API bool TskModuleFilesGet(CString& folder, CStringArray& files);
+
+/// A step that a module is taken through.
+enum eTskStep : int {
+    TskStepLoad = 0,         ///< its file is loaded and its entry called
+    TskStepInit1 = 1,        ///< its TskInit1()
+    TskStepInit2 = 2,        ///< its TskInit2()
+    TskStepInit3 = 3,        ///< its TskInit3()
+    TskStepInit4 = 4,        ///< its TskInit4()
+    TskStepInitFinal = 5,    ///< its TskInitFinal()
+    TskStepExitRequest = 6,  ///< its TskExitRequest()
+    TskStepExit1 = 7,        ///< its TskExit1()
+    TskStepExit2 = 8         ///< its TskExit2()
+};
+
+/// How a step ended.
+enum eTskStepResult : int {
+    TskStepDone = 0,    ///< it succeeded, or agreed
+    TskStepFailed = 1,  ///< it answered false; the file could not be loaded, or its entry did not connect
+    TskStepThrew = 2    ///< an exception ended it
+};
+
+/// Is told of each step that modules are taken through, for hosts that measure, log or test modules. A host derives
+/// from it and installs the object with TskObserverSet() before Startup(). Nothing else changes by it.
+///
+/// Steps nest where a module takes another step in the middle of its own (it calls TskExitKoraQuery() in a phase, say):
+/// an end belongs to the last begin that has none yet. What an operation throws is treated as the module's exception.
+class KORA_API TskObserver {
+public:
+    virtual ~TskObserver() {}
+    /// A step begins. @p module is null for TskStepLoad, where there is none yet, and may be gone when the step ends.
+    /// @p file is the module file's name and type, without directory; empty for a module without a file.
+    virtual void TskStepBegin(eTskStep step, TskKoraModule* module, const char* file);
+    /// The step has ended. @p reason is what the user was told of a file that could not be loaded, followed by a line
+    /// with the words of the system's loader where it has some; empty for all else.
+    virtual void TskStepEnd(eTskStepResult result, const char* reason);
+};
+
+/// Puts @p observer in place of the one before, which is answered; null is none. The caller keeps both objects.
+KORA_API TskObserver* TskObserverSet(TskObserver* observer);
 
 #if !defined(_WIN32)
 /// Where the loader finds a module's strings; on Windows they are in the module's resources.
@@ -316,6 +361,9 @@ constexpr bool entryThrowsNothing() {
 /// parameters, the check sees every definition; a call has to be written (TskKoraMain)(...).
 #define TskKoraMain(...) TskKoraMain(__VA_ARGS__) noexcept(kora::entryThrowsNothing<void(__VA_ARGS__)>())
 
+/// Exports the headers' version, for whoever has a module's file and wants to know what it was built against.
+#define KORA_MODULE_VERSION extern "C" KORA_MODULE_EXPORT const char TskKoraVersion[] = KORA_VERSION;
+
 /// One row of a module's string table.
 #define KORA_TSK_STRING(id, text) {id, text},
 #if defined(_WIN32)
@@ -326,9 +374,10 @@ constexpr bool entryThrowsNothing() {
 #define KORA_MODULE_STRINGS(STRINGS) const TskString TskKoraStrings[] = {STRINGS(KORA_TSK_STRING){0, nullptr}};
 #endif
 
-/// Everything that a module file needs besides its class: the entry, the module object and the string table. The class
-/// takes over the constructor of TskKoraModule; the strings, with ids from 1 to 65535, are a list in a header of their
-/// own, which the module's build names too (kora_add_module(... STRINGS Strings.h SIM_STRINGS)):
+/// Everything that a module file needs besides its class: the entry, the module object, the string table, and the
+/// version that it is built against, exported as the text TskKoraVersion. The class takes over the constructor of
+/// TskKoraModule; the strings, with ids from 1 to 65535, are a list in a header of their own, which the module's build
+/// names too (kora_add_module(... STRINGS Strings.h SIM_STRINGS)):
 ///
 ///     // Strings.h
 ///     #define SIM_STRINGS(S) S(1, "Ready") S(2, "Cannot read the netlist")
@@ -343,6 +392,7 @@ constexpr bool entryThrowsNothing() {
 /// A module without strings names KORA_NO_STRINGS.
 #define KORA_MODULE(Class, NAME, STRINGS)                                                         \
     KORA_MODULE_STRINGS(STRINGS)                                                                  \
+    KORA_MODULE_VERSION                                                                           \
     KORA_MODULE_EXPORT void TskKoraMain(eTskKoraModule& status, TskKoraModule** module, double) { \
         *module = new (std::nothrow) Class(status, NAME, false, false);                           \
     }
