@@ -1,98 +1,114 @@
 #include <kora/Err.h>
 #include <kora/File.h>
-#include <kora/Ini.h>
 #include <kora/Tsk.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
-#include <filesystem>
-#include <string>
+
+#include "host/Listing.h"
+#include "host/Places.h"
+#include "host/Report.h"
 
 // The thin host: start-up, the loop, exit. Everything else is the modules' business.
+namespace kora::host {
+
 namespace {
 
-constexpr char kUsage[] =
-    "Usage: kora-host [--ini FILE] [--tools DIR] [--stay] [OPTION FOR MODULES]...\n\n"
-    "Starts Kora System Services with the modules of the tools folder and passes them their options.\n\n"
-    "  --ini FILE   use FILE as the main profile instead of looking for ts.ini\n"
-    "  --tools DIR  load modules from DIR instead of the folder that the profile names\n"
-    "  --stay       go on although nothing is left to do\n"
-    "  --help       show this text and end\n\n"
-    "Ends when a module asks to quit, on Ctrl+C, and when nothing is left to do: no timer runs, no message waits, and\n"
-    "no module said that it stays. The modules are asked first, and may refuse.\n\n"
-    "The exit code is 0 when everything went well, 1 when start-up or a module failed, 2 when an option is wrong.\n";
-
-struct Options {
-    std::string ini, tools;
-    bool stay = false, help = false;
-    CStringArray forModules;
-};
-
-// False when they cannot be understood.
-bool read(int count, char** arguments, Options& options) {
-    for (int i = 1; i < count; ++i) {
-        const std::string argument = arguments[i];
-        if (argument == "--ini" || argument == "--tools") {
-            if (++i == count || *arguments[i] == '\0') return false;
-            // Relative to where the user stands, not to the program.
-            const std::string path = std::filesystem::absolute(arguments[i]).lexically_normal().string();
-            (argument == "--ini" ? options.ini : options.tools) = path;
-        } else if (argument == "--stay") {
-            options.stay = true;
-        } else if (argument == "--help") {
-            options.help = true;
-        } else if (argument.starts_with("--")) {
-            return false;
-        } else {
-            options.forModules.push_back(argument);
-        }
-    }
-    return true;
+/// One idle pass; whether the next one should follow at once.
+bool pass(long& count, RunRecord& record) {
+    const Clock::time_point begin = Clock::now();
+    if (TskMessagePump() > 0) count = 0;
+    const bool more = Idle(count++) != 0;
+    if (ErrReport()) TskExitCodeSet(1);
+    const std::int64_t time = microsecondsSince(begin);
+    ++record.passes.count;
+    record.passes.microseconds += time;
+    record.passes.longest = std::max(record.passes.longest, time);
+    return more;
 }
 
-// A profile that somebody named has to be there, unlike one that is looked for.
-bool useProfile(const std::string& path) {
-    FilePath file(path.c_str());
-    CString text;
-    if (file.FileReadString(text) && IniMainFileSet(path.c_str())) return true;
-    std::fprintf(stderr, "kora-host: the profile %s %s\n", path.c_str(),
-                 file.FileGetErrorCause() == FileErrorNotFound ? "is not there" : "cannot be read");
-    return false;
-}
-
-void loop(bool stay) {
+void loop(const Options& options, RunRecord& record) {
     TskApplication& application = *TskGetApp();
-    for (long count = 0; !application.TskAppEnding(); ++count) {
-        if (TskMessagePump() > 0) count = 0;
-        const bool more = Idle(count) != 0;
-        if (ErrReport()) TskExitCodeSet(1);
-        if (more || application.TskAppEnding()) continue;
+    bool agreed = false;
+    for (long count = 0; !application.TskAppEnding();) {
+        const bool wanted = record.passes.count < options.idle;
+        if (options.exit && !wanted) break;
+        if (pass(count, record) || wanted || application.TskAppEnding()) continue;
         // A module that refuses is asked again after the next message.
-        if (!stay && !application.TskAppBusy() && TskMessagePump() == 0 && application.TskAppQuit()) break;
+        agreed = !options.stay && !application.TskAppBusy() && TskMessagePump() == 0 && application.TskAppQuit();
+        if (agreed) break;
         application.TskAppWait();
     }
+    record.agreed = agreed || application.TskAppEnding() || application.TskAppQuit();
+    record.forced = !*record.agreed;
+    if (!record.forced) return;
+    TskExitCodeSet(1);
+    std::fputs("kora-host: a module refused the exit; ending without the exit passes\n", stderr);
+}
+
+int run(const Options& options, RunRecord& record) {
+    std::optional<Recorder> recorder;
+    if (!options.report.empty()) recorder.emplace(record);
+    const auto phase = [&](const char* name) {
+        if (recorder) recorder->phaseSet(name);
+    };
+    if (record.error = usePlaces(options); !record.error.empty()) return 2;
+    FileDocRootSearchSet(true);
+    TskInterruptsAsQuit(true);
+    Clock::time_point begin = Clock::now();
+    record.started = Startup(nullptr, nullptr) != 0;
+    record.startMicroseconds = microsecondsSince(begin);
+    notePlaces(record);
+    if (record.started) {
+        phase("commandLine");
+        TskCmdLine(options.forModules);
+        phase("idle");
+        loop(options, record);
+    }
+    phase("end");
+    begin = Clock::now();
+    const int code = ExitInstance();
+    record.endMicroseconds = microsecondsSince(begin);
+    return record.started && !ErrReport() ? code : 1;
+}
+
+int reportedRun(const Options& options) {
+    RunRecord record;
+    std::optional<Report> report;
+    if (!options.report.empty()) report.emplace(options.report);
+    int code = 1;
+    try {
+        code = run(options, record);
+    } catch (const std::exception& failure) {
+        record.error = failure.what();
+    }
+    if (!record.error.empty()) std::fprintf(stderr, "kora-host: %s\n", record.error.c_str());
+    // Where a process's code has eight bits, 256 would be success.
+    if (code != 0 && code % 256 == 0) code = 1;
+    return report && !report->write(record, code) && code == 0 ? 1 : code;
 }
 
 }  // namespace
 
+}  // namespace kora::host
+
 int main(int count, char** arguments) try {
-    Options options;
-    const bool understood = read(count, arguments, options);
-    if (!understood || options.help) {
-        std::fputs(kUsage, understood ? stdout : stderr);
-        return understood ? 0 : 2;
+    using namespace kora::host;
+    using Task = Options::Task;
+    const std::optional<Options> options = readOptions(count, arguments);
+    if (!options || options->task == Task::help) {
+        std::fputs(kUsage, options ? stdout : stderr);
+        return options ? 0 : 2;
     }
-    if (!options.ini.empty() && !useProfile(options.ini)) return 2;
-    if (!options.tools.empty()) TskToolsFolderSet(options.tools.c_str());
-    FileDocRootSearchSet(true);
-    TskInterruptsAsQuit(true);
-    const bool started = Startup(nullptr, nullptr) != 0;
-    if (started) {
-        TskCmdLine(options.forModules);
-        loop(options.stay);
+    if (options->task == Task::run) return reportedRun(*options);
+    const ModuleFile program = readModuleFile(programFile(arguments[0]));
+    if (options->task == Task::why) return explainModule(program, options->why);
+    if (const std::string wrong = usePlaces(*options); !wrong.empty()) {
+        std::fprintf(stderr, "kora-host: %s\n", wrong.c_str());
+        return 2;
     }
-    const int code = ExitInstance();
-    return started && !ErrReport() ? code : 1;
+    return listModules(program, options->all);
 } catch (const std::exception& failure) {
     std::fprintf(stderr, "kora-host: %s\n", failure.what());
     return 1;

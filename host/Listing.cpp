@@ -1,0 +1,56 @@
+#include "host/Listing.h"
+
+#include <kora/Tsk.h>
+
+#include <cstdio>
+
+#include "host/LoadDoctor.h"
+#include "host/Places.h"
+
+namespace kora::host {
+
+namespace {
+
+void print(const std::string& text) { std::fwrite(text.data(), 1, text.size(), stdout); }
+
+std::string lineOf(const ModuleFile& file) {
+    const BinaryFile& tables = file.tables;
+    std::string text = printable(nameOf(file.path)) + ": ";
+    if (!file.trouble.empty()) return text + file.trouble;
+    text += tables.machineText() + ", " + std::to_string(file.bytes.size()) + " bytes";
+    if (!tables.damage.empty()) return text + ", damaged";
+    const std::string built = printable(builtAgainst(tables));
+    if (!built.empty()) text += ", for Kora " + built;
+    text += file.hasEntry() ? ", entry" : file.entries().empty() ? ", no entry" : ", wrong entry";
+    if (tables.strings) text += ", strings: " + std::to_string(*tables.strings);
+    return text + ", exported names: " + std::to_string(tables.exports.size());
+}
+
+}  // namespace
+
+int listModules(const ModuleFile& program, bool all) {
+    CString folder;
+    CStringArray names;
+    if (!TskModuleFilesGet(folder, names)) return 1;
+    const std::string place = nativeText(folder);
+    print(std::to_string(names.size()) + (names.size() == 1 ? " module" : " modules") + " in " + printable(place) +
+          '\n');
+    for (const CString& name : names) {
+        const ModuleFile file = readModuleFile(nativeText(folder + (folder.ends_with('\\') ? "" : "\\") + name));
+        print(lineOf(file) + '\n');
+        const Diagnosis diagnosis = diagnose(file, program, TskVersionGet());
+        if (!diagnosis.loads) print("  " + printable(diagnosis.advice) + '\n');
+        for (const std::string_view exported : file.tables.exports)
+            if (all) print("  " + printable(exported) + '\n');
+    }
+    return 0;
+}
+
+int explainModule(const ModuleFile& program, const std::string& path) {
+    const ModuleFile file = readModuleFile(path);
+    const Diagnosis diagnosis = diagnose(file, program, TskVersionGet());
+    print(diagnosisText(file, diagnosis, TskVersionGet()));
+    return diagnosis.loads ? 0 : 1;
+}
+
+}  // namespace kora::host
