@@ -57,10 +57,13 @@ std::string obstacle(const ModuleFile& file, const Diagnosis& diagnosis, const s
     if (!diagnosis.versionsMissing.empty())
         return "It needs version " + printable(diagnosis.versionsMissing.front()) +
                ", which this machine's does not have: build it on a system as old as this one, or update this one.";
+    const std::string built = printable(file.tables.koraVersion);
+    const bool other = !built.empty() && built != version;
     if (const std::size_t count = diagnosis.namesMissing.size(); count > 0)
         return "It needs " + std::to_string(count) + (count == 1 ? " name" : " names") +
                " that no library here exports, " + quoted(diagnosis.namesMissing.front()) +
-               " first: build it again, against Kora " + version + ".";
+               " first: " + (other ? "take it to a host of Kora " + built + ", or build" : std::string("build")) +
+               " it again against Kora " + version + ".";
     return file.hasEntry() ? "" : wrongEntry(file);
 }
 
@@ -84,7 +87,7 @@ std::string stateText(const NeededLibrary& library) {
         case State::found:
             return library.path;
         case State::unknown:
-            return "a library of its system, which cannot be judged here";
+            return "not beside it, which cannot be judged here";
         default:
             return "MISSING";
     }
@@ -123,12 +126,12 @@ Diagnosis diagnose(const ModuleFile& file, const ModuleFile& program, const std:
     if (!native) {
         std::string text = "It is for " + file.tables.machineText() + " and this host is " +
                            program.tables.machineText() +
-                           ": build it for this one, or take it to a host of its own kind, ";
-        if (!sound) diagnosis.advice.front() = 'i';  // "It needs ..."
-        diagnosis.advice = text + (sound ? "which nothing that is seen here keeps from loading it."
-                                         : "which would not load it as it is: " + diagnosis.advice);
-    } else if (sound)
+                           ": build it for this one, or take it to a host of its own kind";
+        if (diagnosis.advice.starts_with("It")) diagnosis.advice.front() = 'i';
+        diagnosis.advice = text + (sound ? "." : ", which would refuse it as well: " + diagnosis.advice);
+    } else if (sound) {
         diagnosis.advice = "It would load.";
+    }
     return diagnosis;
 }
 

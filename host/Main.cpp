@@ -32,9 +32,9 @@ void loop(const Options& options, RunRecord& record) {
     TskApplication& application = *TskGetApp();
     bool agreed = false;
     for (long count = 0; !application.TskAppEnding();) {
-        const bool wanted = record.passes.count < options.idle;
-        if (options.exit && !wanted) break;
-        if (pass(count, record) || wanted || application.TskAppEnding()) continue;
+        if (options.exit && record.passes.count >= options.idle) break;
+        const bool more = pass(count, record) || record.passes.count < options.idle;
+        if (more || options.exit || application.TskAppEnding()) continue;
         // A module that refuses is asked again after the next message.
         agreed = !options.stay && !application.TskAppBusy() && TskMessagePump() == 0 && application.TskAppQuit();
         if (agreed) break;

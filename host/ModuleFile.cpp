@@ -38,7 +38,7 @@ std::string read(const std::string& path, std::vector<unsigned char>& bytes) {
     if (static_cast<std::uint64_t>(size) > kMostBytes) return "is larger than any module (256 MB)";
     bytes.resize(static_cast<std::size_t>(size));
     file.seekg(0);
-    if (!file.read(reinterpret_cast<char*>(bytes.data()), size)) return "cannot be read";
+    if (!file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(size))) return "cannot be read";
     return {};
 }
 
