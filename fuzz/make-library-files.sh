@@ -52,7 +52,7 @@ pe() {
         -o "$file" "$@" "$scratch/import.a"
 }
 
-small='-Wl,-z,noseparate-code -Wl,-z,max-page-size=512'
+small='-Wl,-z,noseparate-code -Wl,-z,max-page-size=4096'
 elf good-x86-64.elf gcc libkora.so.0 $entry $here 0.1.0 $small
 elf absent-x86-64.elf gcc libabsent.so.7 $entry $here 0.1.0 $small
 elf newer-x86-64.elf gcc libkora.so.0 $entry _Z9TskFuturev 9.9.0 $small

@@ -13,6 +13,7 @@ constexpr std::uint64_t kPositionIndependentProgram = 0x08000000;        // DT_F
 constexpr std::uint16_t kMayBeMissing = 2;                               // of versions
 
 constexpr unsigned kMostSegments = 1024;
+constexpr std::uint64_t kPage = 4096;  // the smallest there is
 
 enum Tag : std::uint64_t {
     kEnd = 0,
@@ -83,6 +84,10 @@ private:
             const Segment segment{word(at + (wide_ ? 8 : 4)), word(at + (wide_ ? 16 : 8)),
                                   word(at + (wide_ ? 32 : 16))};
             image_.require(segment.offset, segment.size, "a segment");
+            const std::uint64_t alignment = word(at + (wide_ ? 48 : 28));
+            if (type == kLoad &&
+                (alignment == 0 || alignment % kPage != 0 || (segment.address - segment.offset) % alignment != 0))
+                throw Damage{"a segment is not aligned to pages"};
             if (type == kDynamic)
                 dynamic_ = segment;
             else

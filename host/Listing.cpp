@@ -3,6 +3,7 @@
 #include <kora/Tsk.h>
 
 #include <cstdio>
+#include <filesystem>
 
 #include "host/LoadDoctor.h"
 #include "host/Places.h"
@@ -44,6 +45,16 @@ int listModules(const ModuleFile& program, bool all) {
             if (all) print("  " + printable(exported) + '\n');
     }
     return 0;
+}
+
+void adviseOnModules(const ModuleFile& program, RunRecord& record) {
+    const std::string folder = record.toolsFolder + static_cast<char>(std::filesystem::path::preferred_separator);
+    for (ModuleRecord& module : record.modules) {
+        const std::optional<StepRecord>& load = module.steps[TskStepLoad];
+        if (!load || load->result == TskStepDone) continue;
+        const Diagnosis diagnosis = diagnose(readModuleFile(folder + module.file), program, TskVersionGet());
+        if (!diagnosis.loads) module.advice = diagnosis.advice;
+    }
 }
 
 int explainModule(const ModuleFile& program, const std::string& path) {

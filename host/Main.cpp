@@ -21,9 +21,9 @@ bool pass(long& count, RunRecord& record) {
     if (TskMessagePump() > 0) count = 0;
     const bool more = Idle(count++) != 0;
     if (ErrReport()) TskExitCodeSet(1);
-    const std::int64_t time = microsecondsSince(begin);
+    const Clock::duration time = Clock::now() - begin;
     ++record.passes.count;
-    record.passes.microseconds += time;
+    record.passes.time += time;
     record.passes.longest = std::max(record.passes.longest, time);
     return more;
 }
@@ -73,13 +73,14 @@ int run(const Options& options, RunRecord& record) {
     return record.started && !ErrReport() ? code : 1;
 }
 
-int reportedRun(const Options& options) {
+int reportedRun(const Options& options, const char* called) {
     RunRecord record;
     std::optional<Report> report;
     if (!options.report.empty()) report.emplace(options.report);
     int code = 1;
     try {
         code = run(options, record);
+        if (report) adviseOnModules(readModuleFile(programFile(called)), record);
     } catch (const std::exception& failure) {
         record.error = failure.what();
     }
@@ -101,7 +102,7 @@ int main(int count, char** arguments) try {
         std::fputs(kUsage, options ? stdout : stderr);
         return options ? 0 : 2;
     }
-    if (options->task == Task::run) return reportedRun(*options);
+    if (options->task == Task::run) return reportedRun(*options, arguments[0]);
     const ModuleFile program = readModuleFile(programFile(arguments[0]));
     if (options->task == Task::why) return explainModule(program, options->why);
     if (const std::string wrong = usePlaces(*options); !wrong.empty()) {

@@ -16,9 +16,11 @@ constexpr int kFirstContinueButton = 1219;
 
 }  // namespace
 
-std::int64_t microsecondsSince(Clock::time_point begin) {
-    return std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin).count();
+std::int64_t microseconds(Clock::duration time) {
+    return std::chrono::duration_cast<std::chrono::microseconds>(time).count();
 }
+
+std::int64_t microsecondsSince(Clock::time_point begin) { return microseconds(Clock::now() - begin); }
 
 Recorder::Recorder(RunRecord& record)
     : record_(record), presenterBefore_(MsgPresenterSet(this)), observerBefore_(TskObserverSet(this)) {}
@@ -84,7 +86,7 @@ std::size_t Recorder::moduleIndex(const std::string& file, const std::string& na
         return module.file == file && (!file.empty() || module.name == name);
     });
     const auto index = static_cast<std::size_t>(found - record_.modules.begin());
-    if (found == record_.modules.end()) record_.modules.push_back({file, name, {}});
+    if (found == record_.modules.end()) record_.modules.push_back({file, name, {}, {}});
     if (!name.empty()) record_.modules[index].name = name;
     return index;
 }

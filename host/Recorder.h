@@ -14,6 +14,7 @@ namespace kora::host {
 
 using Clock = std::chrono::steady_clock;
 
+std::int64_t microseconds(Clock::duration time);
 std::int64_t microsecondsSince(Clock::time_point begin);
 
 inline constexpr std::size_t kSteps = TskStepExit2 + 1;
@@ -30,6 +31,7 @@ struct StepRecord {
 struct ModuleRecord {
     std::string file, name;
     std::array<std::optional<StepRecord>, kSteps> steps;
+    std::string advice;  ///< what the load doctor says of a file that was not loaded
 };
 
 /// What the user would have been told or asked, and the answer.
@@ -48,7 +50,8 @@ struct RunRecord {
     std::vector<MessageRecord> messages;
     std::size_t messagesDropped = 0;  ///< more than anybody reads
     struct {
-        std::int64_t count = 0, microseconds = 0, longest = 0;
+        std::int64_t count = 0;
+        Clock::duration time{}, longest{};
     } passes;
     std::int64_t startMicroseconds = 0, endMicroseconds = 0;
     std::string profile, toolsFolder, error;

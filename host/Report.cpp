@@ -39,6 +39,7 @@ void writeModule(Json& json, const ModuleRecord& module) {
         if (!step->reason.empty()) json.field("reason", step->reason);
         json.end('}');
     }
+    if (!module.advice.empty()) json.field("advice", module.advice);
     json.end('}');
 }
 
@@ -132,8 +133,8 @@ std::string Report::text(const RunRecord& record, int exitCode) const {
     writeTotals(json.key("totals"), record, microsecondsSince(begin_));
     json.key("idle").begin('{');
     json.field("passes", record.passes.count);
-    json.field("microseconds", record.passes.microseconds);
-    json.field("longest", record.passes.longest);
+    json.field("microseconds", microseconds(record.passes.time));
+    json.field("longest", microseconds(record.passes.longest));
     json.end('}');
     json.key("messages").begin('[');
     for (const MessageRecord& message : record.messages) writeMessage(json, message);
