@@ -58,8 +58,8 @@ public:
                      : type == kProgram ? BinaryFile::Kind::program
                                         : BinaryFile::Kind::other;
         readSegments();
-        if (type != kShared) return;
-        if (dynamic_.size == 0) throw Damage{"it has no dynamic section"};
+        if (type == kShared && dynamic_.size == 0) throw Damage{"it has no dynamic section"};
+        if (file_.kind == BinaryFile::Kind::other || dynamic_.size == 0) return;
         readDynamic();
         readSymbols();
         if (tables_.versionsDefined != 0) readVersionsDefined();

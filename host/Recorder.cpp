@@ -94,7 +94,7 @@ std::size_t Recorder::moduleIndex(const std::string& file, const std::string& na
 void Recorder::TskStepBegin(eTskStep step, TskKoraModule* module, const char* file) {
     const char* const name = module != nullptr ? module->TskKoraName() : nullptr;
     const std::size_t index = moduleIndex(file, name != nullptr ? name : "");
-    open_.push_back({step, index, Clock::now()});
+    open_.push_back({static_cast<std::size_t>(step), index, Clock::now()});
 }
 
 void Recorder::TskStepEnd(eTskStepResult result, const char* reason) {

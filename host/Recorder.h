@@ -73,8 +73,7 @@ public:
 
 private:
     struct Open {
-        eTskStep step;
-        std::size_t module;
+        std::size_t step, module;
         Clock::time_point begin;
     };
 

@@ -21,6 +21,7 @@ public:
         require(next() == '\0');
     }
     const std::string& operator[](const std::string& path) { return fields_[path]; }
+
 private:
     void require(bool holds) const { holds ? void() : throw std::runtime_error("no JSON at " + std::to_string(at_)); }
     char next() { return text_[at_ = std::min(text_.find_first_not_of(" \r\n\t", at_), text_.size())]; }
@@ -157,8 +158,8 @@ TEST_F(Runs, FilesAreToldWithoutRunningThem) {
     put("a no-entry damaged");
     const std::tuple<const char*, int, const char*> rows[] = {
         {"--list --tools t", 0, ", strings: 2, exported names: "}, {"--list --tools t", 0, "no-entry.qzx: "},
-        {"--list --all --tools t", 0, "\n  fixtureAnswer\n"},         {"--why t/a.qzx", 0, "\nIt would load."},
-        {"--why t/no-entry.qzx", 1, "\nIt exports no entry: "},       {"--why t", 1, "is a directory"}};
+        {"--list --all --tools t", 0, "\n  fixtureAnswer\n"},      {"--why t/a.qzx", 0, "\nIt would load."},
+        {"--why t/no-entry.qzx", 1, "\nIt exports no entry: "},    {"--why t", 1, "is a directory"}};
     for (const auto& [options, code, says] : rows) {
         EXPECT_EQ(run(options), code) << options;
         std::string said = out();
@@ -167,8 +168,7 @@ TEST_F(Runs, FilesAreToldWithoutRunningThem) {
     }
 }
 
-// Bytes that are no UTF-8 are Latin-1.
-TEST(Json, TakesAnyBytes) {
+TEST(Json, TakesBytesThatAreNoUtf8ForLatin1) {
     kora::host::Json json;
     json.field("x", "\xC3\xA4 \xF0\x9F\x98\x80 \"\\\n\x01 \xE4 \xED\xA0\x80x \xC0/ \xF4\x90 \xC3");
     EXPECT_EQ(JsonFields('{' + json.text() + '}')["x"],
