@@ -185,10 +185,17 @@ private:
     }
 
     void readModuleTables(const Symbol& found) {
-        // Each string is a number, filled up to a pointer's size, and a pointer; the last one is the end.
-        const std::uint64_t each = 2 * wordSize();
-        if (found.name == "TskKoraStrings" && found.size >= each)
-            file_.strings = static_cast<unsigned>(found.size / each - 1);
+        if (found.name == "TskKoraStrings") {
+            // Each string is a number from 1 on, filled up to a pointer's size, and a pointer, which the loader fills
+            // in.
+            const std::uint64_t at = offsetOf(found.value), each = 2 * wordSize();
+            unsigned strings = 0;
+            while ((strings + 1) * each <= found.size && image_.u32(at + strings * each) != 0) {
+                image_.entry();
+                ++strings;
+            }
+            file_.strings = strings;
+        }
         if (found.name == "TskKoraVersion") {
             const std::uint64_t at = offsetOf(found.value);
             file_.koraVersion = image_.text(at, at + std::min<std::uint64_t>(found.size, 32));

@@ -39,7 +39,7 @@ TEST(LoadDoctor, TellsWhatIsWrongWithFilesOfBothSystems) {
         EXPECT_EQ(file.tables.machineText(), row.machine);
         EXPECT_EQ(builtAgainst(file.tables), row.version);
         EXPECT_EQ(file.tables.strings ? static_cast<int>(*file.tables.strings) : -1, row.strings);
-        EXPECT_THAT(file.tables.needed, testing::ElementsAre(row.needs));
+        EXPECT_EQ(file.tables.needed, std::vector<std::string_view>{row.needs});
         const Diagnosis diagnosis = diagnose(file, program, "0.1.0");
         const bool native = file.tables.sameMachine(program.tables);
         EXPECT_EQ(diagnosis.loads, native && std::string(row.advice) == "It would load.") << diagnosis.advice;
