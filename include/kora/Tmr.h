@@ -80,3 +80,10 @@ KORA_API TmrClock TmrClockSet(TmrClock clock);
 KORA_API bool TmrTimedRunning();
 KORA_API bool TmrIdleRunning();              ///< see TmrTimedRunning()
 KORA_API bool TmrHighPriorityIdleRunning();  ///< see TmrTimedRunning()
+
+/// How many milliseconds it takes from now until a running timed timer fires: 0 when one is overdue. One that is due at
+/// this very tick fires on the next, so that is 1. A loop that sleeps no longer than this, or until a message comes,
+/// calls no timer late; idle timers want their passes besides.
+/// @return false, with @p milliseconds untouched, when no timed timer runs, and within TmrDoTimedTimers(), since none
+///         fires before its end.
+KORA_API bool TmrNextDue(unsigned long& milliseconds);

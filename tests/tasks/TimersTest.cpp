@@ -197,6 +197,9 @@ TEST_F(Timers, ActAsTheModel) {
             std::uint32_t due = 0;
             ASSERT_EQ(kora::timersNextDue(due), Model::nextDue() >= 0);
             ASSERT_EQ(due, std::max<std::int64_t>(0, Model::nextDue()));
+            unsigned long exported = 7;
+            ASSERT_EQ(TmrNextDue(exported), Model::nextDue() >= 0);
+            ASSERT_EQ(exported, Model::nextDue() >= 0 ? due : 7);
             real.log.clear();
             model.log.clear();
         }
