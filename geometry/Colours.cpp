@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "geometry/ColourNames.h"
 #include "geometry/ColourValue.h"
 #include "strings/Bytes.h"
 #include "strings/NumberText.h"
@@ -43,40 +44,6 @@ constexpr std::array<std::uint32_t, kPaletteSize + 1> palette = {
     rgb(242, 242, 242),  // xltgray
 };
 
-struct NamedColour {
-    std::string_view name;
-    std::uint32_t value;
-};
-
-constexpr NamedColour names[] = {
-    {"red", 1},
-    {"green", 2},
-    {"blue", 3},
-    {"cyan", 4},
-    {"magenta", 5},
-    {"yellow", 6},
-    {"black", 7},
-    {"dkgray", 8},
-    {"gray", 9},
-    {"ltgray", 10},
-    {"white", 11},
-    {"vltgray", 12},
-    {"ltblue", 13},
-    {"ltgreen", 14},
-    {"ltred", 15},
-    {"pink", 15},
-    {"dkblue", 16},
-    {"dkgreen", 17},
-    {"dkred", 18},
-    {"violet", 19},
-    {"orange", 20},
-    {"xltgray", 21},
-    {"foreground", kForeground},
-    {"background", kBackground},
-    {"none", kNone},
-    {"netset", 0},
-};
-
 constexpr bool isDirect(std::uint32_t colour) { return (colour & kDirectMask) == kDirectTag; }
 constexpr bool isPaletteIndex(std::uint32_t colour) { return colour >= 1 && colour <= kPaletteSize; }
 
@@ -111,7 +78,7 @@ int WinGetColourByName(const char* name) {
     using namespace kora;
     if (!name) return 0;
     std::string_view text = name;
-    for (const NamedColour& named : names)
+    for (const NamedColour& named : kColourNames)
         if (equalIgnoringCase(named.name, text)) return static_cast<int>(named.value);
 
     if (!text.starts_with("0x")) return 0;

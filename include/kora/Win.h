@@ -219,3 +219,15 @@ KORA_API int WinGetColourByName(const char* name);
 
 /// The palette index nearest to @p rgb by |red| + |green| + |blue| of the difference; of equally near ones the lowest.
 KORA_API int WinGetClosestQzColor(unsigned long rgb);
+
+/// The text of a colour value, from which IniGetColor() reads exactly that value back: the name of a palette entry, of
+/// a symbolic colour or of 0, where there is one; otherwise "0x" and the value in eight hexadecimal digits, tag
+/// included. Every int has a text, whether it is a valid colour or not. Names read back through WinGetColourByName()
+/// too; hexadecimal values do not, since that one takes the 24 bits below the tag and adds it.
+///
+///     15            ltred, the first of its two names      0x800000FF    0x800000FF, red without a name
+///     0xAA000002    none                                   0x0100000F    0x0100000F, since names have no bit 24
+///     0             netset                                 22            0x00000016, no valid colour
+///
+/// Empty when memory ran out.
+KORA_API CString WinColourToText(int colour);

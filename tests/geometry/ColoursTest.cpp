@@ -4,6 +4,8 @@
 
 #include <random>
 
+#include "tests/settings/StoreFixture.h"
+
 namespace {
 
 constexpr int value(std::uint32_t bits) { return static_cast<int>(bits); }
@@ -17,6 +19,8 @@ struct PaletteRow {
     unsigned red, green, blue;
     unsigned long rgb() const { return red + 256ul * green + 65536ul * blue; }
 };
+
+using ColourTexts = kora::test::StoreFixture;
 
 constexpr PaletteRow palette[] = {
     {1, "red", 255, 0, 0},         {2, "green", 0, 240, 0},        {3, "blue", 0, 0, 255},
@@ -72,6 +76,26 @@ TEST(Colours, NamesAreReadWithoutCaseAndNumbersAsDigits) {
                              "Dark", "", "red ", " red", "re", "reds", "0x", "0xg", "x12", " 0x12", "0X12", "12"})
         EXPECT_EQ(WinGetColourByName(text), 0) << text;
     EXPECT_EQ(WinGetColourByName(nullptr), 0);
+}
+
+// What is written is read back through a profile, and through the names where it is one.
+TEST_F(ColourTexts, ReadBackTheSame) {
+    // clang-format off
+    for (const auto& [colour, text] : {std::pair{15u, "ltred"}, {0u, "netset"}, {0xAA000000, "foreground"},
+                                       {0xAA000002, "none"}, {22u, "0x00000016"}, {0x0100000F, "0x0100000F"}})
+        EXPECT_EQ(WinColourToText(value(colour)), text);
+    // clang-format on
+    constexpr std::uint32_t bases[] = {0, 0, 0x01000000, 0x80000000, 0xAA000000, 0xAB000000};
+    std::mt19937 random(75);
+    for (int round = 0; round < 500; ++round) {
+        const auto any = static_cast<std::uint32_t>(random());
+        const int colour = value(round % 2 ? any : bases[any % 6] + any / 8 % 24);
+        const CString text = WinColourToText(colour);
+        main("[C]\nk = " + text + '\n');
+        int back = -7;
+        EXPECT_TRUE(IniGetColor(eIniMain, "C", "k", -7, back) && back == colour) << text;
+        EXPECT_TRUE(text.starts_with("0x") || WinGetColourByName(text.c_str()) == colour) << text;
+    }
 }
 
 TEST(Colours, ClosestIsTheFirstOfTheNearest) {
