@@ -268,3 +268,24 @@ KORA_API int Strfprintf(std::FILE* stream, const char* format, ...);
 
 /// The same with the arguments as a list, which is used up.
 KORA_API int Strvfprintf(std::FILE* stream, const char* format, va_list args);
+
+/// Reads what StrMakeNameListString() writes: names between blanks (any number of them; control characters count as
+/// blanks), and ranges, which stand for every name from the first to the last, upwards or downwards. What @p names held
+/// is replaced.
+///
+///     A1..A3 B C5    A1 A2 A3 B C5        A08..A10Q      A08..A10Q, which is a name: the suffixes differ
+///     A11..A9        A11 A10 A9           D[0]..D[7]     D[0]..D[7], since names with brackets are not drawn together
+///     A08..A10       A08 A09 A10          A1..B3         A1..B3
+///     A098..A101     A098 A099 A100 A101
+///
+/// Of a range both names have the same prefix and suffix, and different numbers; the names between them get as many
+/// digits as the shorter of the two. Numbers are read as they stand, of any size, which StrSplitName() does not do.
+///
+/// Lists come back as they were, except for names that are empty or hold blanks, names that look like a range, ranges
+/// over names of mixed width (A1 A02 A3), and ranges that were drawn across a number above 32767:
+/// StrMakeNameListString() counts in 16 bits, so A65536, A1 and A2 become "A65536..A2".
+///
+/// @param most how many names the list may stand for at most. Its ranges may stand for 256 characters for each of them,
+///             so that no list takes more memory than its caller meant.
+/// @return false, with @p names as it was, when the list stands for more, and, with the flag set, when memory runs out.
+KORA_API bool StrExpandNameList(const CString& list, CStringArray& names, unsigned int most = 65536);

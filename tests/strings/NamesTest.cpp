@@ -65,6 +65,15 @@ std::string stepped(std::string_view name, int delta, bool keepWidth, std::size_
     return buffer.text() + (StrStringError() ? " full" : "");
 }
 
+// The names with a bar between two.
+std::string expanded(const CString& list, unsigned most = 1000) {
+    CStringArray names = {"old"};
+    if (!StrExpandNameList(list, names, most)) return names == CStringArray{"old"} ? "refused" : "changed";
+    std::string text;
+    for (const CString& name : names) text += (&name == &names[0] ? "" : "|") + name;
+    return text;
+}
+
 }  // namespace
 
 TEST(StrIncName, StepsTheLastDigitRun) {
@@ -172,4 +181,43 @@ TEST(StrMakeNameListString, DrawsNeighboursTogether) {
     EXPECT_EQ(listText({"A32766", "A32767", "A32768", "A32769"}), "A32766..A32768 A32769") << "16-bit runs";
     EXPECT_EQ(listText({"A1", "A2", "B3", "B4Q", "B5Q", "B6Q", "", "A007"}), "A1 A2 B3 B4Q..B6Q  A007");
     EXPECT_EQ(listText({}), "");
+}
+
+TEST(StrExpandNameList, WritesRangesOutAsFarAsItIsAllowed) {
+    // clang-format off
+    for (const auto& [list, names] : {std::pair{"A1..A3 B C5", "A1|A2|A3|B|C5"}, {"A11..A9", "A11|A10|A9"}, {"", ""},
+             {"A098..A101Q A098Q..A101Q", "A098..A101Q|A098Q|A099Q|A100Q|A101Q"}, {"\t A  B\n", "A|B"},
+             {"x..1..x..3 7..9", "x..1|x..2|x..3|7|8|9"}, {"A1..A03", "A1|A2|A03"}, {"A99999..A100000", "A99999|A100000"},
+             {"A12345678901234567890123..A12345678901234567890124", "A12345678901234567890123|A12345678901234567890124"},
+             {"D[0]..D[7] A1..B3 .. A.. ..3 A1..A01 A1..A1", "D[0]..D[7]|A1..B3|..|A..|..3|A1..A01|A1..A1"}})
+        EXPECT_EQ(expanded(list), names);
+    // clang-format on
+    EXPECT_EQ(expanded("B A1..A2", 3), "B|A1|A2");
+    for (const char* list : {"B A1..A3", "A1..A3 B", "A B C D", "A0..A4000000000", "A1..A99999999999999999999999999",
+                             "A18446744073709551615..A0"})
+        EXPECT_EQ(expanded(list, 3), "refused") << list;
+    const std::string name(400, 'n');
+    EXPECT_EQ(expanded(name + "1.." + name + "3", 3), "refused") << "more characters than three names may have";
+    EXPECT_EQ(expanded(std::string(300000, '.'), 1).size(), 300000u);
+}
+
+TEST(StrExpandNameList, IsTheInverseOfTheNameList) {
+    for (unsigned seed = 0; seed < 3000; ++seed) {
+        std::mt19937 random(seed);
+        const auto below = [&random](unsigned end) { return static_cast<unsigned>(random() % end); };
+        CStringArray names(below(30)), again;
+        unsigned number = 0, step = 1, which = 0;
+        for (CString& name : names) {
+            if (below(5) == 0) which = below(6), step = below(3);
+            constexpr unsigned starts[] = {0, 7, 95, 996, 9995, 32760, 32766};
+            number = below(5) ? (number + 1 - step) % 40000 : starts[below(7)];
+            const std::string digits = std::to_string(number);  // of one width at least with each prefix
+            name = std::vector{"A", "B", "", "x..", "C[", "D1Q"}[which] +
+                   std::string(digits.size() < which ? which - digits.size() : 0, '0') + digits + (below(9) ? "" : "s");
+        }
+        CString list;
+        StrMakeNameListString(names, list, /*sortFirst=*/false);
+        ASSERT_TRUE(StrExpandNameList(list, again));
+        ASSERT_EQ(again, names) << "seed " << seed << ": " << list;
+    }
 }
