@@ -153,6 +153,8 @@ protected:
     bool sawComment;            ///< a comment began since then
 
 private:
+    friend KORA_API bool ParLineColumn(ParSource& source, long position, long& line, long& column, CString& text);
+
     struct Span {
         const unsigned char* begin;
         const unsigned char* end;
@@ -188,3 +190,21 @@ private:
     std::int32_t commentStart_;
     std::int32_t commentEnd_;
 };
+
+/// Where a position of a text stands, for messages: the number of its line and of its column, both from 1, and the line
+/// without its end. A position counts as by ParSource::Seek(): at least 0, at most the end. Nothing of the reader
+/// changes, and comments, statement ends and the reader's mode mean nothing here.
+///
+/// A line ends with a line feed, and a carriage return directly before that belongs to the end. A position in the end
+/// counts as the column behind the line's last character. Behind a line feed that ends the text there is one line more,
+/// an empty one. Columns are bytes: a tab is one, and whoever shows it wider does so for the text before the column
+/// too.
+///
+///     "ab\ncd"      position 4    2, 2, "cd"        "ab\r\ncd"    position 3    1, 3, "ab"
+///     "ab\n"        position 9    2, 1, ""          ""            position 0    1, 1, ""
+///
+/// Takes time linear in the position and in the length of its line.
+/// @return false, with all three untouched, when the reader is closed, and when memory ran out.
+KORA_API bool ParLineColumn(ParSource& source, long position, long& line, long& column, CString& text);
+/// The same of the current character, ParSource::GetPos().
+KORA_API bool ParLineColumn(ParSource& source, long& line, long& column, CString& text);

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <kora/Par.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <random>
@@ -197,6 +198,43 @@ TEST(ParSource, RandomOperationsAgainstTheModel) {
         for (int i = 0; i < 60 && !testing::Test::HasFailure(); ++i) reading.step();
         ASSERT_FALSE(testing::Test::HasFailure())
             << "seed " << seed << " text " << testing::PrintToString(reading.text());
+    }
+}
+
+// Line, column and line of every position, reckoned from the text before it.
+TEST(ParLineColumn, CountsLinesAndBytes) {
+    using Place = std::tuple<long, long, CString>;
+    std::mt19937 random(9);
+    for (int round = 0; round < 300; ++round) {
+        std::string text;
+        for (std::size_t size = random() % (round % 20 ? 40 : 9000); text.size() < size;)
+            text += "ab\t{};\r\r\n\n\xFF"[random() % 11];
+        std::string bytes = text;
+        for (char& c : bytes) c = static_cast<char>(c - (round % 3 == 0));  // which the derived array gives back
+        RamArray plain;
+        ShiftedArray derived;
+        RamArray& array = round % 3 ? plain : derived;
+        fill(array, bytes);
+        ParSource reader(nullptr);
+        Place place{7, 7, "x"};
+        auto& [line, column, found] = place;
+        EXPECT_FALSE(ParLineColumn(reader, line, column, found) || place != Place(7, 7, "x")) << "closed";
+        reader.ParOpen(nullptr, false, &array, round % 2 ? ParModeLine : ParModeSemicolon, false, false);
+        const long length = static_cast<long>(text.size());
+        for (long position = -2; position < length + 3; position += 1 + length / 40) {
+            const auto at = static_cast<std::size_t>(std::clamp(position, 0L, length));
+            const std::string before = text.substr(0, at);
+            const std::size_t begin = before.rfind('\n') + 1, end = std::min(text.find('\n', begin), text.size());
+            CString whole = text.substr(begin, end - begin);
+            if (end < text.size() && whole.ends_with('\r')) whole.pop_back();
+            const Place expected{std::ranges::count(before, '\n') + 1, std::min(at - begin, whole.size()) + 1, whole};
+            ASSERT_TRUE(ParLineColumn(reader, position, line, column, found));
+            ASSERT_EQ(place, expected) << testing::PrintToString(text) << " at " << position;
+            reader.Seek(position);
+            if (reader.GetPos() != static_cast<long>(at)) continue;  // in a comment, or past one
+            ASSERT_TRUE(ParLineColumn(reader, line, column, found));
+            ASSERT_EQ(place, expected);
+        }
     }
 }
 
