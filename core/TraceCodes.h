@@ -14,7 +14,7 @@ enum File : std::uint32_t {
     kTimers = 3,        // tasks/Timers.cpp
     kSettings = 4,      // settings/MainProfile.cpp, ProfileFile.cpp
     kNotify = 5,        // tasks/Notify.cpp
-    kFileLocation = 8,  // paths/FileLocation.cpp, NameExpansion.cpp
+    kFileLocation = 8,  // paths/FileLocation.cpp, FileSearch.cpp, NameExpansion.cpp
     kFilePath = 9,      // paths/FilePath.cpp, FileAccess.cpp
     kDirPath = 10,      // paths/DirPath.cpp
     kDoubleList = 15,   // containers/DoubleList.cpp

@@ -1,9 +1,11 @@
 #include "paths/NameExpansion.h"
 
 #include <kora/Dir.h>
+#include <kora/File.h>
 #include <kora/Trace.h>
 
 #include <optional>
+#include <utility>
 
 #include "core/TraceCodes.h"
 #include "paths/ProfileEntry.h"
@@ -17,11 +19,6 @@ namespace {
 
 enum Step : std::uint32_t { kEntry = 0x960, kExit = 0x97F };
 
-std::string shared(SharedDirectory which) {
-    const char* text = sharedDirectory(which);
-    return text != nullptr ? text : "";
-}
-
 struct NamedDirectory {
     std::string_view name;
     std::string (*directory)();
@@ -31,10 +28,10 @@ constexpr NamedDirectory kNamedDirectories[] = {
     {"my documents", [] { return platform::environment().documents(); }},
     {"app data", DirGetAppDataDir},
     {"public data", DirGetPublicDataDir},
-    {"program", [] { return shared(SharedDirectory::executable); }},
-    {"start in", [] { return shared(SharedDirectory::startIn); }},
-    {"windows", [] { return shared(SharedDirectory::systemBase); }},
-    {"temp", [] { return shared(SharedDirectory::temporary); }},
+    {"program", [] { return std::string(sharedText(SharedDirectory::executable)); }},
+    {"start in", [] { return std::string(sharedText(SharedDirectory::startIn)); }},
+    {"windows", [] { return std::string(sharedText(SharedDirectory::systemBase)); }},
+    {"temp", [] { return std::string(sharedText(SharedDirectory::temporary)); }},
 };
 
 std::optional<std::string> namedDirectory(std::string_view name) {
@@ -52,24 +49,39 @@ std::optional<std::string> qualifiedDirectory(std::string_view qualifier, std::s
     return std::nullopt;
 }
 
-std::optional<std::string> resolve(std::string_view reference) {
-    if (reference.empty()) return std::nullopt;
-    if (auto value = platform::environment().variable(std::string(reference))) return value;
-    if (auto directory = namedDirectory(reference)) return directory;
-    const std::size_t colon = reference.find(':', 1);
-    return colon == reference.npos ? qualifiedDirectory("", reference)
-                                   : qualifiedDirectory(reference.substr(0, colon), reference.substr(colon + 1));
+/// What stands for a reference; nobody's answer is empty.
+struct Answer {
+    eFileAnswer from = FileAnswerNobody;
+    std::string text;
+};
+
+Answer answerFrom(eFileAnswer from, std::optional<std::string> text) {
+    return text ? Answer{from, platform::libraryPath(*text)} : Answer{};
 }
 
-std::string expand(std::string_view name) {
+Answer resolve(std::string_view reference) {
+    if (reference.empty()) return {};
+    if (auto value = platform::environment().variable(std::string(reference)))
+        return answerFrom(FileAnswerVariable, std::move(value));
+    if (auto directory = namedDirectory(reference)) return answerFrom(FileAnswerDirectory, std::move(directory));
+    const std::size_t colon = reference.find(':', 1);
+    return answerFrom(FileAnswerProfile, colon == reference.npos ? qualifiedDirectory("", reference)
+                                                                 : qualifiedDirectory(reference.substr(0, colon),
+                                                                                      reference.substr(colon + 1)));
+}
+
+std::string expand(std::string_view name, std::vector<FileReference>* references) {
     std::string expanded;
     while (true) {
         const std::size_t opening = name.find('%');
         const std::size_t closing = opening == name.npos ? name.npos : name.find('%', opening + 1);
         if (closing == name.npos) return expanded.append(name);
         expanded.append(name.substr(0, opening));
-        if (const auto value = resolve(name.substr(opening + 1, closing - opening - 1))) {
-            expanded += platform::libraryPath(*value);
+        const std::string_view reference = name.substr(opening + 1, closing - opening - 1);
+        const Answer answer = resolve(reference);
+        if (references && !reference.empty()) references->push_back({CString(reference), answer.from, answer.text});
+        if (answer.from != FileAnswerNobody) {
+            expanded += answer.text;
             name.remove_prefix(closing + 1);
         } else {
             // Its closing percent sign may open the next reference.
@@ -81,9 +93,9 @@ std::string expand(std::string_view name) {
 
 }  // namespace
 
-std::string expandName(std::string_view name) {
+std::string expandName(std::string_view name, std::vector<FileReference>* references) {
     TraceCode(trace::code(trace::kFileLocation, kEntry));
-    std::string expanded = expand(name);
+    std::string expanded = expand(name, references);
     TraceCode(trace::code(trace::kFileLocation, kExit));
     return expanded;
 }

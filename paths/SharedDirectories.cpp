@@ -57,6 +57,11 @@ char* sharedDirectory(SharedDirectory which) {
     return *text == '\0' ? nullptr : text;
 }
 
+std::string_view sharedText(SharedDirectory which) {
+    const char* text = sharedDirectory(which);
+    return text != nullptr ? text : std::string_view{};
+}
+
 bool isSharedDirectory(const char* text) {
     return std::any_of(std::begin(state.text), std::end(state.text),
                        [&](const char* shared) { return shared == text; });

@@ -13,6 +13,8 @@ enum class SharedDirectory : std::uint8_t { startIn, executable, systemBase, tem
 
 /// The directory's text, of at most 254 characters; null when the system names none, or a longer one.
 char* sharedDirectory(SharedDirectory which);
+/// The same as a view, empty for null.
+std::string_view sharedText(SharedDirectory which);
 /// Whether @p text is one of the four, so not to be freed or written.
 bool isSharedDirectory(const char* text);
 

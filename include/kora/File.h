@@ -217,3 +217,75 @@ KORA_API void FileGetProgramDir(CString& dir);
 /// Whether FileLocateFile() looks in the document root; off until the host turns it on.
 KORA_API void FileDocRootSearchSet(bool on);
 KORA_API bool FileDocRootSearchGet();  ///< see FileDocRootSearchSet()
+
+/// @name Why a file was found where it was, or was not
+/// @{
+
+/// A place of a search. A full path is looked for behind the directories given, everything else in this order.
+enum eFilePlace : int {
+    FilePlaceFullPath = 0,  ///< where the name itself says
+    FilePlaceGiven = 1,     ///< the directory given
+    FilePlaceList = 2,      ///< one of the directories given
+    FilePlaceDocRoot = 3,   ///< the document root
+    FilePlaceAppData = 4,   ///< the per-user data directory
+    FilePlaceStartIn = 5,   ///< the working directory of start-up
+    FilePlaceProgram = 6,   ///< the program's directory
+    FilePlacePath = 7       ///< a directory of "PATH"
+};
+
+/// What came of a place.
+enum eFileVerdict : int {
+    FileVerdictFound = 0,
+    FileVerdictNotThere = 1,
+    FileVerdictNotAFile = 2,  ///< a directory of that name
+    FileVerdictDenied = 3,    ///< the system does not let us look there
+    FileVerdictFailed = 4,    ///< the system cannot look there for another reason; see cause and code
+    FileVerdictNoPath = 5,    ///< no path that can be used: no directory, a name with a drive, 255 characters or more
+    FileVerdictNotAsked = 6   ///< an earlier place had it
+};
+
+/// Who answered to a `%` reference.
+enum eFileAnswer : int {
+    FileAnswerNobody = 0,  ///< the reference stays as it is
+    FileAnswerVariable = 1,
+    FileAnswerDirectory = 2,  ///< a named directory
+    FileAnswerProfile = 3     ///< section "Directories" of the main profile
+};
+
+/// One `%` reference of a name.
+struct FileReference {
+    CString name;        ///< without its percent signs
+    eFileAnswer answer;  ///< who answered
+    CString value;       ///< what came in its place
+};
+
+/// One place of a search, and what came of it.
+struct FileTry {
+    eFilePlace place;      ///< which one
+    CString directory;     ///< as it was given; empty for a full path, and where the system names none
+    CString path;          ///< what was asked for, or would have been; empty where no path can be made
+    eFileVerdict verdict;  ///< what came of it
+    eFileError cause;      ///< why the system found nothing; FileErrorNone where it was not asked, or found something
+    unsigned long code;    ///< the system's own number for the cause; 0 when there is none
+};
+
+/// How a search went.
+struct FileExplanation {
+    CString name;                           ///< the name as it is looked for
+    std::vector<FileReference> references;  ///< of the name, in their order
+    std::vector<FileTry> tries;             ///< every place where it is looked for, in their order
+    CString found;                          ///< what FileLocateFile() answers; empty when it finds nothing
+};
+
+/// Tells how FileLocateFile() finds a file: it looks in the same places by the same code, and the answer is the same.
+/// Empty entries of @p dirs and places that the system names no directory for are listed, places that do not belong to
+/// this search (the document root while that is off, "PATH" for other types) are not.
+/// @param everywhere asks the places behind the first match too, to see what it hides, as the form of FileLocateFile()
+///                   that appends every match does. Duplicates stay.
+/// @return whether a file is found. What @p explanation held is replaced; it is empty for a null name and when memory
+///         ran out.
+KORA_API bool FileLocateExplain(const char* name, FileExplanation& explanation, bool everywhere = false);
+/// Looks in @p dir first, unless it is null, then in each of @p dirs.
+KORA_API bool FileLocateExplain(const char* dir, const CStringArray& dirs, const char* name,
+                                FileExplanation& explanation, bool everywhere = false);
+/// @}

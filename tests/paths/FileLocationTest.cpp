@@ -3,6 +3,7 @@
 #include <kora/Trace.h>
 
 #include <algorithm>
+#include <random>
 
 #include "platform/Platform.h"
 #include "settings/Store.h"
@@ -147,6 +148,63 @@ TEST_F(FileLocation, CollectsEveryMatchOnce) {
     EXPECT_EQ(results.size(), 5u);
     FileLocateFile("x.txt", dirs, nullptr, dirs, false);  // one array for both
     EXPECT_EQ(dirs.size(), 6u) << "three directories, one of which stood there twice, and three matches";
+}
+
+/// Keeps what was asked for, and denies what lies in one directory.
+struct WatchedQuestions : CountedQuestions {
+    bool kind(const std::string& path, platform::FileKind& kind, platform::Failure& failure) override {
+        asked.push_back(path);
+        if (path.find("path2") == path.npos) return FileSystem::kind(path, kind, failure);
+        failure = {platform::Cause::denied, 5};
+        return false;
+    }
+    CStringArray asked;
+};
+
+TEST_F(FileLocation, IsExplainedAsItComesAbout) {
+    const std::string longPath = path(std::string(260, '\\') + "work\\x.exe");
+    places.variables.insert({{"VAR", path("path1")}, {"EXT", "exe"}});
+    FileExplanation told;
+    for (unsigned seed = 0; seed < 1000; ++seed) {
+        std::mt19937 random(seed);
+        const auto one = [&](const CStringArray& choices) { return choices[random() % choices.size()]; };
+        for (const char* place : {"documents", "userdata/Veltrane/Tessera5", "work", "program", "path1", "path2"}) {
+            std::filesystem::remove(places.folder.native() / place / "x.exe");
+            if (random() % 4 == 0) makeFiles({std::string(place) + "/x.exe"});
+        }
+        FileDocRootSearchSet(random() % 2);
+        const std::string name = one({"x.exe", "x.exe", "x.%EXT%", "%VAR%\\x.exe", "..\\work\\x.exe", "x.txt", "path1",
+                                      "", path("work\\x.exe"), longPath});
+        CStringArray dirs(random() % 3), all, matches, asked;
+        for (CString& dir : dirs)
+            dir = one({"", path("path2"), path("path1"), places.folder.nativeText("program"), std::string(300, 'd')});
+        const std::string dir = one({"", path("work"), places.folder.path()});
+        SCOPED_TRACE(testing::Message() << "seed " << seed << ' ' << name);
+        FilePath found;
+        WatchedQuestions questions;
+        const bool success = FileLocateFile(dir.c_str(), dirs, name.c_str(), found, false);
+        questions.asked.swap(asked);
+        ASSERT_EQ(FileLocateExplain(dir.c_str(), dirs, name.c_str(), told), success);
+        EXPECT_EQ(questions.asked, asked);
+        EXPECT_EQ(told.found, success ? found.FileStringGet() : "");
+        std::erase_if(told.tries, [](auto& at) { return at.verdict == FileVerdictNotAsked || at.path.empty(); });
+        ASSERT_EQ(told.tries.size(), asked.size());
+        for (std::size_t i = 0; i < asked.size(); ++i) {
+            EXPECT_EQ(told.tries[i].path, asked[i]);
+            EXPECT_EQ(told.tries[i].verdict == FileVerdictDenied, told.tries[i].cause == FileErrorDenied);
+        }
+        FileLocateFile(name.c_str(), dirs, dir.c_str(), all, false);
+        EXPECT_EQ(FileLocateExplain(dir.c_str(), dirs, name.c_str(), told, /*everywhere=*/true), success);
+        for (const FileTry& tried : told.tries)
+            if (tried.verdict == FileVerdictFound && std::ranges::find(matches, tried.path) == matches.end())
+                matches.push_back(tried.path);
+        ASSERT_TRUE(matches == all || name == longPath);
+    }
+    EXPECT_FALSE(FileLocateExplain("%NO%EXT%%ini:K%", told));
+    CString seen;
+    for (const FileReference& part : told.references)
+        seen += part.name + std::to_string(part.answer) + part.value + ' ';
+    EXPECT_EQ(seen, "NO0 EXT1exe ini:K0 ");
 }
 
 TEST_F(FileLocation, ListsTheSearchDirectoriesOnce) {
