@@ -75,7 +75,7 @@ void loadProfile(const std::string& path, ProfileTable& table) {
             continue;
         }
         note(next, "");
-        const std::string_view kept = table.add(std::move(text));
+        const std::string_view kept = table.add(std::move(text), next);
         const std::string folder = includedFolder(next, kept);
         if (folder.empty() || !seen.insert(folded(folder) + '\\').second) continue;
         traceCode(trace::code(trace::kSettings, kIncludeStep));

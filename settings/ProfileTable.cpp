@@ -35,9 +35,9 @@ std::uint32_t ProfileTable::sectionMade(std::string_view name) {
     return found;
 }
 
-std::string_view ProfileTable::add(std::string added) {
-    texts_.push_back(std::make_unique<std::string>(std::move(added)));
-    const std::string_view text = *texts_.back();
+std::string_view ProfileTable::add(std::string added, std::string path) {
+    sources_.push_back(std::make_unique<const Source>(Source{std::move(path), std::move(added)}));
+    const std::string_view text = sources_.back()->text;
     const auto firstOfFile = static_cast<std::uint32_t>(entries_.size());
     entries_.reserve(entries_.size() + text.size() / kUsualLine);
     const bool hasNul = text.find('\0') != text.npos;

@@ -21,13 +21,19 @@ public:
         std::string_view value() const { return {text + valueAt, valueLength}; }
         bool hasKey(std::string_view wanted) const;
 
-        const char* text;  // into one of the texts
+        const char* text;  // into one of the sources
         std::uint16_t keyLength, valueAt, valueLength;
     };
 
     /// Adds a file behind what is there. A key that an earlier file has is left out; one that this file has twice
-    /// keeps both its entries. Answers the text where the table keeps it.
-    std::string_view add(std::string text);
+    /// keeps both its entries. Answers the text where the table keeps it; @p path is kept beside it.
+    std::string_view add(std::string text, std::string path = {});
+
+    struct Source {
+        std::string path, text;
+    };
+    /// The files, in the order in which they were added.
+    const std::vector<std::unique_ptr<const Source>>& sources() const { return sources_; }
 
     std::optional<std::string_view> value(std::string_view section, std::string_view key) const;
     /// Entry @p index of the section, counted from 0 over all its parts; null when it has fewer.
@@ -48,7 +54,7 @@ private:
     std::uint32_t sectionIndex(std::string_view name) const;
     std::uint32_t sectionMade(std::string_view name);
 
-    std::vector<std::unique_ptr<std::string>> texts_;
+    std::vector<std::unique_ptr<const Source>> sources_;
     std::vector<Section> sections_;
     std::vector<Entry> entries_;
     HashIndex sectionsByName_;

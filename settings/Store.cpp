@@ -155,6 +155,18 @@ std::optional<ProfileItem> profileItem(eIniFile file, const char* section, int i
     return std::nullopt;
 }
 
+std::vector<ProfileSource> profileSources(eIniFile file) {
+    std::vector<ProfileSource> sources;
+    if (!settingsStart()) throw std::bad_alloc();
+    Store& store = *family.store;
+    if (file != eIniState) {
+        for (const auto& source : store.table.sources()) sources.push_back({source->path, source->text});
+    } else if (readState(store)) {
+        sources.push_back({store.state.path.FileStringGet(), store.text});
+    }
+    return sources;
+}
+
 bool profileSet(eIniFile file, const char* section, const char* key, const char* value) noexcept {
     if (!section || !key) return false;
     if (!value) value = "";

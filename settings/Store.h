@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// The settings store: where the two profiles are, the main one's table, and entries of both.
 namespace kora {
@@ -25,6 +26,14 @@ struct ProfileItem {
     std::string_view key, value;
 };
 std::optional<ProfileItem> profileItem(eIniFile file, const char* section, int index, bool& sectionFound) noexcept;
+
+/// One file of a profile: the state file as it is now, the main profile and what it includes as they were read.
+struct ProfileSource {
+    std::string path;
+    std::string_view text;
+};
+/// All of them, in the order in which they were read. The texts stay until the next call. Throws what std::vector does.
+std::vector<ProfileSource> profileSources(eIniFile file);
 
 /// Puts an entry into the profile's file. The main profile's table does not take part.
 bool profileSet(eIniFile file, const char* section, const char* key, const char* value) noexcept;

@@ -40,13 +40,27 @@ std::string_view takeWord(std::string_view& text) {
     return word;
 }
 
-void applyWord(std::string_view word, WinFont& font) {
-    for (const StyleWord& known : styleWords)
-        if (equalIgnoringCase(word, known.word)) font.WinFontStyleSet(font.WinFontStyleGet() | known.style);
-    if (!std::all_of(word.begin(), word.end(), isDigit)) return;
+/// Gives @p font what the word says; false when it says nothing.
+bool applyWord(std::string_view word, WinFont& font) {
+    for (const StyleWord& known : styleWords) {
+        if (!equalIgnoringCase(word, known.word)) continue;
+        font.WinFontStyleSet(font.WinFontStyleGet() | known.style);
+        return true;
+    }
     int points = 0;
     // A size that no int holds is none.
-    if (std::from_chars(word.data(), word.data() + word.size(), points).ec == std::errc()) font.WinFontSizeSet(points);
+    if (!std::all_of(word.begin(), word.end(), isDigit) ||
+        std::from_chars(word.data(), word.data() + word.size(), points).ec != std::errc())
+        return false;
+    font.WinFontSizeSet(points);
+    return true;
+}
+
+/// What stands behind the face; nothing of a text that is no font.
+std::optional<std::string_view> behindFace(std::string_view text) {
+    const std::size_t close = text.find('"', 1);
+    if (!text.starts_with('"') || close == text.npos) return std::nullopt;
+    return text.substr(close + 1);
 }
 
 }  // namespace
@@ -85,14 +99,21 @@ std::optional<LRCT> rectOf(std::string_view text) {
 }
 
 std::optional<WinFont> fontOf(std::string_view text, const WinFont& usual) {
-    const std::size_t close = text.find('"', 1);
-    if (!text.starts_with('"') || close == text.npos) return std::nullopt;
+    auto words = behindFace(text);
+    if (!words) return std::nullopt;
     WinFont font;
-    font.WinFontFaceSet(std::string(text.substr(1, close - 1)).c_str());
+    font.WinFontFaceSet(std::string(text.substr(1, text.size() - words->size() - 2)).c_str());
     font.WinFontSizeSet(usual.WinFontSizeGet());
-    text.remove_prefix(close + 1);
-    for (std::string_view word = takeWord(text); !word.empty(); word = takeWord(text)) applyWord(word, font);
+    for (std::string_view word = takeWord(*words); !word.empty(); word = takeWord(*words)) applyWord(word, font);
     return font;
+}
+
+std::string_view wordWithoutMeaning(std::string_view fontText) {
+    WinFont ignored;
+    std::string_view words = behindFace(fontText).value_or("");
+    for (std::string_view word = takeWord(words); !word.empty(); word = takeWord(words))
+        if (!applyWord(word, ignored)) return word;
+    return {};
 }
 
 std::string textOf(const LRCT& rect) {

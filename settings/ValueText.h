@@ -26,6 +26,8 @@ std::optional<LRCT> rectOf(std::string_view text);
 /// The face in double quotes, then words: styles, and the size in digits. Without a size the font keeps that of
 /// @p usual, without styles it has none.
 std::optional<WinFont> fontOf(std::string_view text, const WinFont& usual);
+/// The first word of such a text that is passed over; empty when there is none.
+std::string_view wordWithoutMeaning(std::string_view fontText);
 
 std::string textOf(const LRCT& rect);
 std::string textOf(const WinFont& font);

@@ -3,6 +3,7 @@
 #include "core/TraceCodes.h"
 #include "core/TraceRing.h"
 #include "paths/SharedDirectories.h"
+#include "settings/KnownKeys.h"
 #include "settings/Store.h"
 #include "tasks/ApplicationState.h"
 #include "tasks/CommandLine.h"
@@ -82,6 +83,7 @@ void TskExit() {
     kora::netStop();
     kora::mailboxesStop();
     kora::settingsStop();
+    kora::knownKeysStop();
     kora::pathsStop();
     kora::librariesRelease();
     kora::traceCode(kora::kExitDone);

@@ -9,6 +9,7 @@
 #include "core/TraceCodes.h"
 #include "core/TraceRing.h"
 #include "platform/Platform.h"
+#include "settings/KnownKeys.h"
 #include "tasks/ApplicationState.h"
 #include "tasks/CommandLine.h"
 #include "tasks/LoadReasons.h"
@@ -80,6 +81,7 @@ Outcome load(const std::string& folder, const std::string& name) {
     const auto entry = reinterpret_cast<Entry>(platform::moduleFunction(library, entryName().c_str()));
     traceCode(kEntry);
     CommandLineAttempt subscriptions;
+    const std::uint32_t knownBefore = knownKeysMark();
     const Connection connection = entry != nullptr ? connect(entry) : Connection{};
     traceCode(kEntryDone);
     TskKoraModule* const module = connection.module;
@@ -88,6 +90,7 @@ Outcome load(const std::string& folder, const std::string& name) {
                                                   : "The Kora Module " + name + " did not connect to System Services";
         TskError("%s", text.c_str());
         subscriptions.undo();
+        knownKeysUndo(knownBefore);
         registryDeleteAfter(before);
         platform::unloadModule(library);
         failureNote();

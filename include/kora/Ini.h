@@ -176,3 +176,88 @@ KORA_API bool SetRegOption(const char* section, const char* name, bool value);
 /// As for a counted string. Without this form a text in quotes would count as true.
 KORA_API bool SetRegOption(const char* section, const char* name, const char* value);
 /// @}
+
+/// @name Known keys, and checking profiles against them
+/// Whoever reads a key says so in a table, and IniCheck() finds what nobody reads. The library's own keys are known at
+/// all times; docs/settings.md lists them.
+/// @{
+
+/// What a value is read as: the getter of that name.
+enum eIniKind : int {
+    IniKindText = 0,
+    IniKindBool = 1,
+    IniKindInt = 2,
+    IniKindLong = 3,
+    IniKindShort = 4,
+    IniKindColour = 5,
+    IniKindRect = 6,
+    IniKindFont = 7,
+    IniKindPath = 8
+};
+
+/// One key that somebody reads: a row of a table for IniKnownKeysSet().
+struct IniKnownKey {
+    eIniFile file;        ///< in which profile it is looked for
+    const char* section;  ///< as the getter is given it
+    const char* key;      ///< null is every key of the section
+    eIniKind kind;        ///< what its value is read as
+    const char* def;      ///< as it would be written; null or empty when there is none
+    const char* meaning;  ///< one line for people
+};
+
+/// Makes the @p count keys of a table known (@p on), or takes the table back. The texts are copied; the address is what
+/// the table is known by, and one that is known already is read anew.
+///
+///     static constexpr IniKnownKey kKeys[] = {
+///         {eIniMain, "Stations", "Announce", IniKindInt, "5", "seconds between two announcements"},
+///     };
+///     IniKnownKeysSet(kKeys, 1, true);    // in TskInit1(); with false in TskExit1()
+///
+/// What a module's entry has made known is taken back when the entry fails, and everything at the library's exit.
+///
+/// @return false, with nothing changed, for a null table or section, a negative count, and when memory ran out. Taking
+///         back always answers true.
+KORA_API bool IniKnownKeysSet(const IniKnownKey* keys, int count, bool on);
+/// Known key @p index, counted from 0: the library's own first, then the tables in the order in which they came. The
+/// texts, none of them null but a key that is every key, stand until its table is taken back.
+/// @return false, with @p key untouched, when there are not as many.
+KORA_API bool IniKnownKeyGet(int index, IniKnownKey& key);
+
+/// What is wrong with a line.
+enum eIniFault : int {
+    IniFaultUnknownSection = 0,  ///< nobody knows the section
+    IniFaultUnknownKey = 1,      ///< the section is known, and the key is not
+    IniFaultNoSection = 2,       ///< an entry before the first section, which is never found
+    IniFaultValue = 3            ///< the value's text is no value of the key's kind, or is not all of one
+};
+
+/// One line of a profile in which something is wrong.
+struct IniFinding {
+    eIniFault fault;     ///< what is wrong
+    CString file;        ///< the whole path
+    long line;           ///< of the file, from 1
+    CString section;     ///< as it is written; empty when there is none
+    CString key;         ///< empty for a section
+    CString value;       ///< as it is written
+    CString suggestion;  ///< what may be meant: a known section or key, or a value; empty when nothing is near
+    CString text;        ///< what is wrong, in words: "no such key; is \"toolfolder\" meant?"
+};
+
+/// Checks a profile against the known keys of that file: the main one as it was read, with the files of its include
+/// folders, the state file as it is now. What @p findings held is replaced by what is wrong, in the order of the files
+/// and their lines.
+///
+/// A section that nobody knows may belong to a module that is not loaded. It is listed, once, when its name is nearly
+/// that of a known one, which differs in letter case alone, say; with @p unknownSections all of them are. Its entries
+/// are not listed.
+///
+/// Stricter than the getters, which make something of most texts, and take the default for the rest: a number goes to
+/// the end of the text or to white space or `;`, and within the range of its kind; a hexadecimal colour is a valid one,
+/// with its tag; of a font every word means something. An empty value is no fault, and texts have none. Nothing is said
+/// about keys that stand twice, and about lines that are no entries.
+///
+/// @return whether the profile was checked, however much was found. False, with @p findings untouched, when memory ran
+///         out. A file that is not there has no faults.
+KORA_API bool IniCheck(eIniFile file, std::vector<IniFinding>& findings, bool unknownSections = false);
+
+/// @}

@@ -1,4 +1,5 @@
 #include <kora/Err.h>
+#include <kora/Ini.h>
 #include <kora/Tsk.h>
 
 #include <memory>
@@ -13,16 +14,24 @@ namespace {
 constexpr long kNotDone = 1;
 constexpr long kOutOfMemory = -2;
 
+constexpr IniKnownKey kSettings[] = {
+    {eIniMain, "Stations", "Announce", IniKindInt, "5", "seconds between two announcements, 1 to 300"},
+};
+
 /// Option `-peer GROUP`: joins a group of stations and shows who is there; the other options say what else to do there.
 /// What goes wrong is shown in one line, and makes the program's exit code 1.
 class StationsModule : public TskKoraModule {
     using TskKoraModule::TskKoraModule;
 
 public:
-    bool TskInit1() override { return listen(true); }
+    bool TskInit1() override {
+        IniKnownKeysSet(kSettings, 1, true);
+        return listen(true);
+    }
 
     void TskExit1() override {
         listen(false);
+        IniKnownKeysSet(kSettings, 1, false);
         station_.reset();
     }
 
