@@ -279,7 +279,8 @@ KORA_API int Strvfprintf(std::FILE* stream, const char* format, va_list args);
 ///     A098..A101     A098 A099 A100 A101
 ///
 /// Of a range both names have the same prefix and suffix, and different numbers; the names between them get as many
-/// digits as the shorter of the two. Numbers are read as they stand, of any size, which StrSplitName() does not do.
+/// digits as the shorter of the two. Numbers are read as they stand, unlike by StrSplitName(): up to 64 bits behind the
+/// digits that both begin with. Greater ones stand for too many names.
 ///
 /// Lists come back as they were, except for names that are empty or hold blanks, names that look like a range, ranges
 /// over names of mixed width (A1 A02 A3), and ranges that were drawn across a number above 32767:
