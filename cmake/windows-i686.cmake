@@ -1,4 +1,4 @@
-# 32-bit Windows from Linux.
+# 32-bit Windows from Linux: for this checkout, and for modules that are built with the package that this file is in.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR i686)
 set(CMAKE_C_COMPILER i686-w64-mingw32-gcc-posix)
@@ -8,4 +8,11 @@ set(CMAKE_FIND_ROOT_PATH /usr/i686-w64-mingw32)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/../scripts/wine.sh)
+
+if(EXISTS ${CMAKE_CURRENT_LIST_DIR}/../scripts/wine.sh)
+    set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/../scripts/wine.sh)
+else()
+    cmake_path(SET kora NORMALIZE ${CMAKE_CURRENT_LIST_DIR}/../../..)
+    list(PREPEND CMAKE_FIND_ROOT_PATH ${kora})
+    find_program(CMAKE_CROSSCOMPILING_EMULATOR wine)
+endif()
