@@ -2,19 +2,9 @@
 
 #include <typeinfo>
 
-#include "core/TraceCodes.h"
 #include "core/TraceRing.h"
 
 namespace {
-
-constexpr std::uint32_t step(std::uint32_t location) { return kora::trace::code(kora::trace::kDoubleList, location); }
-
-constexpr std::uint32_t kDestroyAllEnter = step(0x010);
-constexpr std::uint32_t kDeleteBefore = step(0x011);
-constexpr std::uint32_t kDeleteAfter = step(0x012);
-constexpr std::uint32_t kDestroyAllLeave = step(0x01F);
-constexpr std::uint32_t kDestructorEnter = step(0x300);
-constexpr std::uint32_t kDestructorLeave = step(0x30F);
 
 // What First() answers, for operations that do not go through its slot.
 DoubleListElement* firstOf(const DoubleList& list) { return list.last != nullptr ? list.last->next : nullptr; }
@@ -67,9 +57,9 @@ DoubleList::DoubleList() : last(nullptr), current(nullptr), count(0) {}
 DoubleList::DoubleList(DoubleListElement* e) : last(e), current(nullptr), count(1) { e->next = e->prev = e; }
 
 DoubleList::~DoubleList() {
-    kora::traceCode(kDestructorEnter);
+    kora::traceStep(kora::trace::kListDestructor);
     DoubleList::DestroyAll();
-    kora::traceCode(kDestructorLeave);
+    kora::traceStep(kora::trace::kListDestructorEnd);
 }
 
 long DoubleList::NumberOfElements() { return count; }
@@ -162,20 +152,20 @@ bool DoubleList::Detach(DoubleListElement* e) {
 // next one ends the loop.
 void DoubleList::DestroyAll() {
     if (last == nullptr) return;
-    kora::traceCode(kDestroyAllEnter);
+    kora::traceStep(kora::trace::kListDestroyAll);
     current = last->next;
     while (current != last) {
         DoubleListElement* e = current;
         if (e == nullptr) break;
         current = e->next;
-        kora::traceCode(kDeleteBefore);
+        kora::traceStep(kora::trace::kElementDelete);
         delete e;
-        kora::traceCode(kDeleteAfter);
+        kora::traceStep(kora::trace::kElementDeleted);
     }
     delete last;
     last = current = nullptr;
     count = 0;
-    kora::traceCode(kDestroyAllLeave);
+    kora::traceStep(kora::trace::kListDestroyedAll);
 }
 
 void DoubleList::AttachAtHead(DoubleListElement* e) {

@@ -1,4 +1,3 @@
-#include <kora/Err.h>
 #include <kora/Ram.h>
 
 #include <algorithm>
@@ -9,14 +8,11 @@
 #include <utility>
 
 #include "containers/RamBlocks.h"
-#include "core/TraceCodes.h"
+#include "core/FiledFaults.h"
 #include "core/TraceRing.h"
 #include "platform/Platform.h"
 
 namespace {
-
-constexpr std::uint32_t kConstructed = kora::trace::code(kora::trace::kRamArray, 0x100);
-constexpr unsigned long kIndexBeyondBlocks = 1792;
 
 constexpr unsigned kSmallestShift = 4;
 constexpr unsigned kLargestShift = 15;
@@ -59,7 +55,7 @@ RamAllocator ramAllocatorSet(RamAllocator replacement) {
 
 RamArray::RamArray()
     : numBlocks(0), totalLength(0), blockShift(0), blocks(nullptr), scratch(nullptr), scratchSize(0), spare_{} {
-    kora::traceCode(kConstructed);
+    kora::traceStep(kora::trace::kRamConstructed);
 }
 
 RamArray::~RamArray() {
@@ -156,7 +152,7 @@ void RamArray::RamScratchAreaDelete() {
 unsigned char& RamArray::operator[](unsigned long index) {
     const unsigned long block = index >> blockShift;
     if (block < static_cast<unsigned long>(numBlocks)) return blocks[block][index - (block << blockShift)];
-    ERR(ErrLevelLowest, kora::trace::kModule, kora::trace::kRamArray, kIndexBeyondBlocks, nullptr, 0);
+    kora::fileFault(kora::trace::kRamIndex);
     return spare_[index % sizeof spare_];
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "core/FiledFaults.h"
 #include "core/OwnStrings.h"
 #include "core/TraceRing.h"
 #include "strings/Format.h"
@@ -52,6 +53,15 @@ void ERR(eErrorLevel level, unsigned long module, unsigned long file, unsigned l
     }
     if (severity >= severest.code >> 28) severest = {true, packed(severity, 10, module, file, location), data, textId};
 }
+
+namespace kora {
+
+void fileFault(trace::Place place) {
+    constexpr std::uint32_t kFileMask = 0x3F, kLocationMask = 0xFFF;
+    ERR(ErrLevelLowest, trace::kModule, place >> 12 & kFileMask, place & kLocationMask, nullptr, 0);
+}
+
+}  // namespace kora
 
 bool ErrSevereGet(unsigned long& code, void*& data, int& textId) {
     code = severest.code;

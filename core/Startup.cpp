@@ -1,7 +1,6 @@
 #include <kora/Trace.h>
 #include <kora/Tsk.h>
 
-#include "core/TraceCodes.h"
 #include "core/TraceRing.h"
 #include "paths/SharedDirectories.h"
 #include "settings/Store.h"
@@ -14,17 +13,6 @@
 namespace kora {
 
 namespace {
-
-constexpr std::uint32_t kStart = trace::code(trace::kStartup, 0x010);
-constexpr std::uint32_t kPrepare = trace::code(trace::kStartup, 0x020);
-constexpr std::uint32_t kInit = trace::code(trace::kStartup, 0x030);
-constexpr std::uint32_t kModulesStart = trace::code(trace::kStartup, 0x040);
-constexpr std::uint32_t kSecondStage = trace::code(trace::kStartup, 0x050);
-constexpr std::uint32_t kStarted = trace::code(trace::kStartup, 0x05F);
-constexpr std::uint32_t kIdle = trace::code(trace::kStartup, 0x100);
-constexpr std::uint32_t kPreTranslate = trace::code(trace::kStartup, 0x110);
-constexpr std::uint32_t kExit = trace::code(trace::kStartup, 0x200);
-constexpr std::uint32_t kExited = trace::code(trace::kStartup, 0x20F);
 
 // One part of module start-up: what a module throws ends that part and no more.
 void runModules(void (*part)()) {
@@ -41,25 +29,25 @@ bool start(void* hostStart) {
         TskGetApp()->TskAppPrepareOnce();
     }
     TraceInit();
-    traceCode(kStart);
+    traceStep(trace::kStartBegins);
     applicationState.ending = false;
     applicationState.exitCode = 0;
     if (!mailboxesStart() || !timersStart()) return false;
     pathsStart();
-    traceCode(kPrepare);
+    traceStep(trace::kStartPrepares);
     TskGetApp()->TskAppPrepare();
     settingsStart();
     TraceNoteDate("Hello!", false);
     workingDirectoryRemember();
-    traceCode(kInit);
+    traceStep(trace::kStartInitialises);
     if (!TskGetApp()->TskAppInit()) return false;
     applicationState.started = true;
-    traceCode(kModulesStart);
+    traceStep(trace::kStartModules);
     runModules(modulesStart);
-    traceCode(kSecondStage);
+    traceStep(trace::kStartSecondStage);
     if (!TskGetApp()->TskAppStart(hostStart)) return false;
     runModules(modulesFinish);
-    traceCode(kStarted);
+    traceStep(trace::kStartDone);
     return true;
 }
 
@@ -80,7 +68,7 @@ int Startup(void* start, void*) {
 
 int Idle(long count) {
     const kora::Running running;
-    kora::traceCode(kora::kIdle);
+    kora::traceStep(kora::trace::kIdlePass);
     try {
         return TskGetApp()->TskAppIdle(count);
     } catch (...) {
@@ -91,7 +79,7 @@ int Idle(long count) {
 
 int PreTranslateMessage(tagMSG* message) {
     const kora::Running running;
-    kora::traceCode(kora::kPreTranslate);
+    kora::traceStep(kora::trace::kPreTranslate);
     try {
         return TskGetApp()->TskAppPreTranslate(message);
     } catch (...) {
@@ -102,10 +90,10 @@ int PreTranslateMessage(tagMSG* message) {
 
 int ExitInstance() {
     const kora::Running running;
-    kora::traceCode(kora::kExit);
+    kora::traceStep(kora::trace::kExitBegins);
     TskExit();
     kora::applicationState.started = false;
-    kora::traceCode(kora::kExited);
+    kora::traceStep(kora::trace::kExitDone);
     TraceDump("Exit Trace", false);
     TraceNoteDate("Goodbye!", false);
     try {

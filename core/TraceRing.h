@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "core/TraceCodes.h"
+
 /// The trace ring, inline for the library's own sources: the exported TraceData and TraceCode wrap these.
 namespace kora {
 
@@ -31,5 +33,8 @@ inline void traceCode(std::uint32_t code) {
     if (code == traceRing.trigger) [[unlikely]]
         traceTriggered();
 }
+
+/// A step of the library's own.
+inline void traceStep(trace::Place place) { traceCode(place); }
 
 }  // namespace kora

@@ -1,14 +1,11 @@
-#include <kora/Err.h>
 #include <kora/Utl.h>
 
-#include "core/TraceCodes.h"
+#include "core/FiledFaults.h"
 #include "geometry/Coordinates.h"
 
 using namespace kora;
 
 namespace {
-
-constexpr unsigned long kBadOrientation = 1856;
 
 constexpr int kAnchors = 9;
 constexpr int kOrientations = 12;
@@ -92,7 +89,7 @@ void UtlAnchorRotate(eUtlAnchor* out, eUtlAnchor anchor, short angle) { *out = U
 
 eUtlAnchor UtlAnchorRotate(eUtlAnchor anchor, eUtlOrientation orientation, bool opposite) {
     if (orientation < 0 || orientation >= kOrientations) {
-        ERR(ErrLevelLowest, trace::kModule, trace::kGeometry, kBadOrientation, nullptr, 0);
+        fileFault(trace::kBadOrientation);
         return UtlAnchorCenter;
     }
     if (anchor < 0 || anchor >= kAnchors) return UtlAnchorCenter;

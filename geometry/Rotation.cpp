@@ -1,16 +1,9 @@
-#include <kora/Err.h>
 #include <kora/Utl.h>
 
-#include "core/TraceCodes.h"
+#include "core/FiledFaults.h"
 #include "geometry/Coordinates.h"
 
 using namespace kora;
-
-namespace {
-
-constexpr unsigned long kBadAngle = 1920;
-
-}  // namespace
 
 void UtlPntRotate(LPNT* out, LPNT p, LPNT centre, short angle) {
     const std::int64_t v = centre.v, h = centre.h, dv = p.v - v, dh = p.h - h;
@@ -28,7 +21,7 @@ void UtlPntRotate(LPNT* out, LPNT p, LPNT centre, short angle) {
             *out = {wrapped(v + dh), wrapped(h - dv)};
             break;
         default:
-            ERR(ErrLevelLowest, trace::kModule, trace::kGeometry, kBadAngle, nullptr, 0);
+            fileFault(trace::kBadAngle);
             *out = p;
     }
 }

@@ -5,17 +5,12 @@
 #include <iterator>
 #include <utility>
 
-#include "core/TraceCodes.h"
 #include "core/TraceRing.h"
 #include "net/Codes.h"
 
 namespace kora {
 
 namespace {
-
-constexpr std::uint32_t kNameAddedStep = trace::code(trace::kNetwork, 0x010);
-constexpr std::uint32_t kSentStep = trace::code(trace::kNetwork, 0x020);
-constexpr std::uint32_t kReceivedStep = trace::code(trace::kNetwork, 0x030);
 
 constexpr int kReceives = 2;
 
@@ -59,7 +54,7 @@ void NetCompletion::run(NetCommand& command) {
 }
 
 void NetCompletion::sent(NetCommand& command) {
-    traceCode(kSentStep);
+    traceStep(trace::kDatagramSent);
     const unsigned char code = command.block.ncb_retcode;
     const Afterwards rest([&] {
         NetCounters* const counters = command.counters;
@@ -72,7 +67,7 @@ void NetCompletion::sent(NetCommand& command) {
 }
 
 void NetCompletion::received(NetCommand& command) {
-    traceCode(kReceivedStep);
+    traceStep(trace::kDatagramReceived);
     const unsigned char code = command.block.ncb_retcode;
     const Afterwards rest([&] {
         if (command.counters != nullptr) {
@@ -87,7 +82,7 @@ void NetCompletion::received(NetCommand& command) {
 }
 
 void NetCompletion::nameAdded(NetCommand& command) {
-    traceCode(kNameAddedStep);
+    traceStep(trace::kNameAdded);
     NetBIOS& object = *command.owner;
     const unsigned char code = command.block.ncb_retcode;
     if (code == 0) {

@@ -1,13 +1,12 @@
 #include <kora/Dir.h>
 #include <kora/File.h>
-#include <kora/Trace.h>
 
 #include <cstring>
 #include <exception>
 #include <new>
 
 #include "core/Presenter.h"
-#include "core/TraceCodes.h"
+#include "core/TraceRing.h"
 #include "paths/DirectoryScan.h"
 #include "paths/PathText.h"
 #include "paths/SharedDirectories.h"
@@ -20,14 +19,6 @@ using kora::SharedDirectory;
 using kora::platform::Failure;
 using kora::platform::FileKind;
 using kora::platform::FileStatus;
-
-namespace {
-
-enum Step : std::uint32_t { kDelete = 0x100, kCreate = 0x110 };
-
-void trace(Step step) { TraceCode(kora::trace::code(kora::trace::kDirPath, step)); }
-
-}  // namespace
 using kora::platform::fileSystem;
 
 DirPath::DirPath() = default;
@@ -116,7 +107,7 @@ bool DirPath::DirReadOnly() try {
 }
 
 bool DirPath::DirDelete() try {
-    trace(kDelete);
+    kora::traceStep(kora::trace::kDirDelete);
     const char* text = DirStringGet();
     Failure ignored;
     return text != nullptr && fileSystem().removeDirectory(directoryForSystem(text), ignored);
@@ -125,7 +116,7 @@ bool DirPath::DirDelete() try {
 }
 
 bool DirPath::DirCreate() try {
-    trace(kCreate);
+    kora::traceStep(kora::trace::kDirCreate);
     const char* text = DirStringGet();
     Failure ignored;
     return text != nullptr && fileSystem().createDirectory(directoryForSystem(text), ignored);

@@ -1,11 +1,10 @@
 #include <kora/File.h>
-#include <kora/Trace.h>
 
 #include <exception>
 #include <string>
 
 #include "core/Presenter.h"
-#include "core/TraceCodes.h"
+#include "core/TraceRing.h"
 #include "paths/Places.h"
 #include "platform/Platform.h"
 
@@ -16,10 +15,6 @@ using kora::platform::FileStatus;
 using kora::platform::fileSystem;
 
 namespace {
-
-enum Step : std::uint32_t { kDelete = 0x500, kRead = 0x510, kWrite = 0x520, kRun = 0x530 };
-
-void trace(Step step) { TraceCode(kora::trace::code(kora::trace::kFilePath, step)); }
 
 // What a failure inside the standard library is filed as.
 constexpr Failure kNoMemory{Cause::other, 0};
@@ -52,7 +47,7 @@ bool FilePath::FileReadOnly() try {
 }
 
 bool FilePath::FileDelete() try {
-    trace(kDelete);
+    kora::traceStep(kora::trace::kFileDelete);
     Failure failure;
     return fileSystem().remove(FileStringGet(), failure) || failed(failure);
 } catch (const std::exception&) {
@@ -84,7 +79,7 @@ bool FilePath::SetCreationTime(std::int64_t time) try {
 }
 
 bool FilePath::FileReadString(CString& text) try {
-    trace(kRead);
+    kora::traceStep(kora::trace::kFileRead);
     Failure failure;
     return fileSystem().read(FileStringGet(), text, failure) || failed(failure);
 } catch (const std::exception&) {
@@ -92,7 +87,7 @@ bool FilePath::FileReadString(CString& text) try {
 }
 
 bool FilePath::FileWriteString(CString& text, bool flag) try {
-    trace(kWrite);
+    kora::traceStep(kora::trace::kFileWrite);
     const std::string path = FileStringGet();
     const auto write = [&](Failure& failure) {
         return fileSystem().write(path, text, kora::platform::WriteMode::replace, /*flush=*/flag, failure);
@@ -106,7 +101,7 @@ bool FilePath::FileWriteString(CString& text, bool flag) try {
 }
 
 bool FilePath::Run(const char* arguments, int a, int b) try {
-    trace(kRun);
+    kora::traceStep(kora::trace::kFileRun);
     Failure failure;
     return kora::platform::runProgram(FileStringGet(), arguments != nullptr ? arguments : "", /*show=*/a,
                                       /*wait=*/b != 0, failure) ||

@@ -1,4 +1,3 @@
-#include <kora/Err.h>
 #include <kora/File.h>
 
 #include <exception>
@@ -6,7 +5,7 @@
 #include <string_view>
 #include <unordered_set>
 
-#include "core/TraceCodes.h"
+#include "core/FiledFaults.h"
 #include "paths/FileSearch.h"
 #include "paths/SharedDirectories.h"
 #include "strings/Bytes.h"
@@ -19,8 +18,6 @@ using kora::sharedText;
 
 namespace {
 
-constexpr std::uint32_t kUnexpectedCount = 0xA44;
-
 struct {
     bool searchDocumentRoot = false;
 } constinit state;
@@ -30,7 +27,7 @@ bool locateOne(FileSearch& search, FilePath& result) {
     CStringArray found;
     if (!search.fixedOrder(found, /*stopAtFirst=*/true)) return false;
     if (found.size() != 1) {
-        ERR(ErrLevelLowest, kora::trace::kModule, kora::trace::kFileLocation, kUnexpectedCount, nullptr, 0);
+        kora::fileFault(kora::trace::kSearchCount);
         return false;
     }
     return result.FileStringSet(found[0].c_str());

@@ -1,4 +1,3 @@
-#include <kora/Err.h>
 #include <kora/File.h>
 
 #include <algorithm>
@@ -6,21 +5,20 @@
 #include <exception>
 #include <string>
 
-#include "core/TraceCodes.h"
+#include "core/FiledFaults.h"
 #include "paths/PathText.h"
 #include "platform/Platform.h"
 #include "strings/Bytes.h"
 
 using kora::kPathTextSize;
+namespace trace = kora::trace;
 
 namespace {
 
-enum Fault : unsigned long { kFullNameTooLong = 769, kBaseNameTooLong = 1025, kTypeTooLong = 1057 };
-
 /// Whether a name, null counting as empty, is too long; files the fault then.
-bool refused(const char* text, Fault fault) {
+bool refused(const char* text, trace::Place fault) {
     if (text == nullptr || std::strlen(text) < kPathTextSize) return false;
-    ERR(ErrLevelLowest, kora::trace::kModule, kora::trace::kFilePath, fault, nullptr, 0);
+    kora::fileFault(fault);
     return true;
 }
 
@@ -138,7 +136,7 @@ const char* FilePath::FileStringGet() {
 }
 
 bool FilePath::FileFullNameSet(const char* name) {
-    if (refused(name, kFullNameTooLong)) return false;
+    if (refused(name, trace::kFullNameTooLong)) return false;
     char base[kPathTextSize] = "";
     if (name != nullptr) std::memcpy(base, name, std::strlen(name) + 1);
     char* dot = std::strrchr(base, '.');
@@ -153,7 +151,7 @@ const char* FilePath::FileFullNameGet() {
 }
 
 bool FilePath::FileBaseNameSet(const char* name) {
-    if (refused(name, kBaseNameTooLong)) return false;
+    if (refused(name, trace::kBaseNameTooLong)) return false;
     copyText(baseName_, name != nullptr ? name : "");
     return true;
 }
@@ -161,7 +159,7 @@ bool FilePath::FileBaseNameSet(const char* name) {
 const char* FilePath::FileBaseNameGet() { return baseName_; }
 
 bool FilePath::FileTypeSet(const char* type) {
-    if (refused(type, kTypeTooLong)) return false;
+    if (refused(type, trace::kTypeTooLong)) return false;
     if (type != nullptr && *type == '.') ++type;
     copyText(type_, type != nullptr ? type : "");
     return true;

@@ -1,8 +1,6 @@
 #include "paths/FileSearch.h"
 
-#include <kora/Trace.h>
-
-#include "core/TraceCodes.h"
+#include "core/TraceRing.h"
 #include "paths/NameExpansion.h"
 #include "paths/PathText.h"
 #include "paths/SharedDirectories.h"
@@ -12,8 +10,6 @@
 namespace kora {
 
 namespace {
-
-constexpr std::uint32_t kSearch = trace::code(trace::kFileLocation, 0xA00);
 
 constexpr std::string_view kProgramTypes[] = {"exe", "com", "bat", "cmd"};
 
@@ -75,7 +71,7 @@ bool FileSearch::hits(eFilePlace place, std::string_view directory) {
 }
 
 bool FileSearch::fixedOrder(CStringArray& results, bool stopAtFirst) {
-    TraceCode(kSearch);
+    traceStep(trace::kFileSearch);
     if (isFullPath(name_)) {
         path_ = name_;
         if (!hitsPath(FilePlaceFullPath, {}, /*hasPath=*/true)) return false;

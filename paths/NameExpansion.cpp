@@ -2,12 +2,11 @@
 
 #include <kora/Dir.h>
 #include <kora/File.h>
-#include <kora/Trace.h>
 
 #include <optional>
 #include <utility>
 
-#include "core/TraceCodes.h"
+#include "core/TraceRing.h"
 #include "paths/ProfileEntry.h"
 #include "paths/SharedDirectories.h"
 #include "platform/Platform.h"
@@ -16,8 +15,6 @@
 namespace kora {
 
 namespace {
-
-enum Step : std::uint32_t { kEntry = 0x960, kExit = 0x97F };
 
 struct NamedDirectory {
     std::string_view name;
@@ -94,9 +91,9 @@ std::string expand(std::string_view name, std::vector<FileReference>* references
 }  // namespace
 
 std::string expandName(std::string_view name, std::vector<FileReference>* references) {
-    TraceCode(trace::code(trace::kFileLocation, kEntry));
+    traceStep(trace::kExpansionBegins);
     std::string expanded = expand(name, references);
-    TraceCode(trace::code(trace::kFileLocation, kExit));
+    traceStep(trace::kExpansionDone);
     return expanded;
 }
 

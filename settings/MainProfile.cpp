@@ -7,7 +7,6 @@
 #include <set>
 #include <vector>
 
-#include "core/TraceCodes.h"
 #include "core/TraceRing.h"
 #include "paths/NameExpansion.h"
 #include "paths/PathText.h"
@@ -19,9 +18,6 @@
 namespace kora {
 
 namespace {
-
-constexpr std::uint32_t kLoadStep = 0x010;
-constexpr std::uint32_t kIncludeStep = 0x020;
 
 std::string folded(std::string text) {
     for (char& c : text) c = foldCase(c);
@@ -67,7 +63,7 @@ void loadProfile(const std::string& path, ProfileTable& table) {
         const std::string next = std::move(waiting.back());
         waiting.pop_back();
         if (!seen.insert(folded(next)).second) continue;
-        traceCode(trace::code(trace::kSettings, kLoadStep));
+        traceStep(trace::kProfileLoad);
         std::string text;
         platform::Failure failure;
         if (!readProfile(next, text, failure)) {
@@ -78,7 +74,7 @@ void loadProfile(const std::string& path, ProfileTable& table) {
         const std::string_view kept = table.add(std::move(text), next);
         const std::string folder = includedFolder(next, kept);
         if (folder.empty() || !seen.insert(folded(folder) + '\\').second) continue;
-        traceCode(trace::code(trace::kSettings, kIncludeStep));
+        traceStep(trace::kProfileInclude);
         const std::vector<std::string> included = profilesIn(folder);
         waiting.insert(waiting.end(), included.rbegin(), included.rend());
     }

@@ -4,7 +4,6 @@
 
 #include <exception>
 
-#include "core/TraceCodes.h"
 #include "core/TraceRing.h"
 
 namespace kora {
@@ -15,11 +14,6 @@ using platform::fileSystem;
 using platform::WriteMode;
 
 namespace {
-
-constexpr std::uint32_t kWriteStep = 0x100;
-constexpr std::uint32_t kSwapStep = 0x110;
-constexpr std::uint32_t kSwapFailed = 0x11F;  // followed by the system's number for the failure
-constexpr std::uint32_t kTakeBackStep = 0x120;
 
 // Scanners and indexers hold a file for some milliseconds after it was written.
 constexpr int kAttempts = 10;
@@ -61,7 +55,7 @@ void note(const Arguments&... texts) {
 }
 
 bool swapFailed(const ProfileNames& names, const char* step, const Failure& failure) {
-    traceCode(trace::code(trace::kSettings, kSwapFailed));
+    traceStep(trace::kProfileSwapFailed);
     traceData(failure.code);
     note("IniSetString: '", names.file, "' keeps its old text: ", step, " failed, cause ",
          std::to_string(static_cast<int>(failure.cause)), ", system code ", std::to_string(failure.code));
@@ -70,7 +64,7 @@ bool swapFailed(const ProfileNames& names, const char* step, const Failure& fail
 
 /// Puts the scratch file in the place of the file, which keeps a second name until that has come about.
 bool swapFiles(const ProfileNames& names) {
-    traceCode(trace::code(trace::kSettings, kSwapStep));
+    traceStep(trace::kProfileSwap);
     Failure failure;
     if (!removeFile(names.backup, failure)) return swapFailed(names, "removing an old backup", failure);
     // A file that somebody took away meanwhile has nothing to keep.
@@ -111,7 +105,7 @@ bool createProfile(const std::string& path) {
 }
 
 bool replaceProfile(const ProfileNames& names, std::string_view text) {
-    traceCode(trace::code(trace::kSettings, kWriteStep));
+    traceStep(trace::kProfileWrite);
     Failure failure;
     const bool copied =
         retried(failure, [&] { return fileSystem().writeLike(names.scratch, names.file, text, failure); });
@@ -125,7 +119,7 @@ bool takeBackupBack(const ProfileNames& names) {
     platform::FileKind kind;
     Failure failure;
     if (fileSystem().kind(names.backup, kind, failure) && kind != platform::FileKind::file) return true;
-    traceCode(trace::code(trace::kSettings, kTakeBackStep));
+    traceStep(trace::kProfileTakeBack);
     const bool done = renameFile(names.backup, names.file, failure);
     note("'", names.file, "' was missing, its backup ", done ? "was taken back" : "could not be taken back");
     return done;

@@ -1,6 +1,5 @@
 #include "tasks/CommandLine.h"
 
-#include <kora/Err.h>
 #include <kora/Not.h>
 #include <kora/Trace.h>
 #include <kora/Tsk.h>
@@ -10,7 +9,7 @@
 #include <optional>
 #include <string_view>
 
-#include "core/TraceCodes.h"
+#include "core/FiledFaults.h"
 #include "core/TraceRing.h"
 #include "tasks/ApplicationState.h"
 #include "tasks/Running.h"
@@ -26,9 +25,6 @@ struct Subscription {
 
 namespace {
 
-constexpr std::uint32_t kBadOption = 520;
-constexpr std::uint32_t kAttachFailed = 528;
-constexpr std::uint32_t kDispatch = trace::code(trace::kCommandLine, 0x300);
 constexpr unsigned long kOptionGiven = 1;
 
 struct CommandLine {
@@ -46,10 +42,6 @@ std::optional<long> optionCode(std::string_view name) {
     for (std::size_t i = 0; i < name.size(); ++i)
         code |= static_cast<std::uint32_t>(static_cast<unsigned char>(name[i])) << (8 * i);
     return static_cast<std::int32_t>(code);
-}
-
-void fileFault(std::uint32_t location) {
-    ERR(ErrLevelLowest, trace::kModule, trace::kCommandLine, location, nullptr, 0);
 }
 
 bool subscribe(long code, NotCallback callback, long data) {
@@ -91,7 +83,7 @@ void commandLineStop() {
 bool TskRequestCmdLineNotify(const char* option, bool (*callback)(long, long, long, long, long), long data, bool on) {
     const std::optional<long> code = kora::optionCode(option != nullptr ? option : "");
     if (!code) {
-        kora::fileFault(kora::kBadOption);
+        kora::fileFault(kora::trace::kBadOption);
         return false;
     }
     if (!on) {
@@ -100,7 +92,7 @@ bool TskRequestCmdLineNotify(const char* option, bool (*callback)(long, long, lo
         return true;
     }
     if (kora::subscribe(*code, callback, data)) return true;
-    kora::fileFault(kora::kAttachFailed);
+    kora::fileFault(kora::trace::kSubscribeFailed);
     return false;
 }
 
@@ -114,7 +106,7 @@ bool TskCmdLine(const CStringArray& arguments) {
             if (!argument.starts_with('-') && !argument.starts_with('/')) continue;
             const std::optional<long> code = kora::optionCode(argument.substr(1));
             if (!code || kora::commandLine.options == nullptr) continue;
-            kora::traceCode(kora::kDispatch);
+            kora::traceStep(kora::trace::kOptionDispatch);
             kora::traceData(static_cast<std::uint32_t>(*code));
             const long list = reinterpret_cast<long>(&arguments);
             if (kora::commandLine.options->Notify(0, *code, kora::kOptionGiven, list, false)) taken = true;

@@ -1,6 +1,5 @@
 #include <kora/Tsk.h>
 
-#include "core/TraceCodes.h"
 #include "core/TraceRing.h"
 #include "paths/SharedDirectories.h"
 #include "settings/KnownKeys.h"
@@ -19,12 +18,6 @@ namespace kora {
 
 namespace {
 
-constexpr std::uint32_t kQuery = trace::code(trace::kModules, 0x200);
-constexpr std::uint32_t kExitPass1 = trace::code(trace::kModules, 0x210);
-constexpr std::uint32_t kExitPass2 = trace::code(trace::kModules, 0x220);
-constexpr std::uint32_t kServices = trace::code(trace::kModules, 0x230);
-constexpr std::uint32_t kExitDone = trace::code(trace::kModules, 0x23F);
-
 // What the last query found.
 constinit bool allAgreed = false;
 
@@ -34,11 +27,11 @@ void endPass(eTskStep step, TskKoraModule* module, void (TskKoraModule::*exit)()
 
 void exitPasses() {
     for (ModuleWalk walk; TskKoraModule* module = walk.nextSuccessful();) {
-        traceCode(kExitPass1);
+        traceStep(trace::kExitPass1);
         endPass(TskStepExit1, module, &TskKoraModule::TskExit1);
     }
     for (ModuleWalk walk; TskKoraModule* module = walk.nextSuccessful();) {
-        traceCode(kExitPass2);
+        traceStep(trace::kExitPass2);
         endPass(TskStepExit2, module, &TskKoraModule::TskExit2);
     }
 }
@@ -53,7 +46,7 @@ bool TskExitKoraQuery() {
     try {
         kora::ModuleWalk walk;
         while (TskKoraModule* module = walk.nextSuccessful()) {
-            kora::traceCode(kora::kQuery);
+            kora::traceStep(kora::trace::kExitQuery);
             if (!kora::observed(TskStepExitRequest, module, [&] { return module->TskExitRequest(); })) return false;
         }
     } catch (...) {
@@ -73,7 +66,7 @@ void TskExit() {
     } catch (...) {
         kora::exceptionNote("Exception in TskExit");
     }
-    kora::traceCode(kora::kServices);
+    kora::traceStep(kora::trace::kServicesEnd);
     kora::timersStop();
     kora::commandLineStop();
     kora::registryStop();
@@ -86,5 +79,5 @@ void TskExit() {
     kora::knownKeysStop();
     kora::pathsStop();
     kora::librariesRelease();
-    kora::traceCode(kora::kExitDone);
+    kora::traceStep(kora::trace::kServicesEnded);
 }

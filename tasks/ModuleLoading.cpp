@@ -6,7 +6,6 @@
 
 #include <typeinfo>
 
-#include "core/TraceCodes.h"
 #include "core/TraceRing.h"
 #include "platform/Platform.h"
 #include "settings/KnownKeys.h"
@@ -20,11 +19,6 @@
 namespace kora {
 
 namespace {
-
-constexpr std::uint32_t kLoad = trace::code(trace::kModules, 0x100);
-constexpr std::uint32_t kEntry = trace::code(trace::kModules, 0x110);
-constexpr std::uint32_t kEntryDone = trace::code(trace::kModules, 0x11F);
-constexpr std::uint32_t kLoaded = trace::code(trace::kModules, 0x1FF);
 
 using Entry = decltype(&TskKoraMain);
 
@@ -71,7 +65,7 @@ Outcome unloadable(const std::string& path, const platform::LoadFailure& failure
 }
 
 Outcome load(const std::string& folder, const std::string& name) {
-    traceCode(kLoad);
+    traceStep(trace::kModuleLoad);
     const std::string path = folder + (folder.ends_with('\\') ? "" : "\\") + name;
     // Taken before the library is loaded: an object may also be made while its statics are.
     const std::uint32_t before = registry.lastSerial;
@@ -79,11 +73,11 @@ Outcome load(const std::string& folder, const std::string& name) {
     const platform::ModuleHandle library = platform::loadModule(path, failure);
     if (library == 0) return unloadable(path, failure);
     const auto entry = reinterpret_cast<Entry>(platform::moduleFunction(library, entryName().c_str()));
-    traceCode(kEntry);
+    traceStep(trace::kModuleEntry);
     CommandLineAttempt subscriptions;
     const std::uint32_t knownBefore = knownKeysMark();
     const Connection connection = entry != nullptr ? connect(entry) : Connection{};
-    traceCode(kEntryDone);
+    traceStep(trace::kModuleEntryDone);
     TskKoraModule* const module = connection.module;
     if (module == nullptr) {
         const std::string text = entry == nullptr ? "Module " + name + " is not compatible with this version."
@@ -100,7 +94,7 @@ Outcome load(const std::string& folder, const std::string& name) {
     ModuleAccess::setFileName(*module, name.c_str());
     module->TskHandleSet(library);
     if (registryHolds(module)) ModuleAccess::setInitSuccessful(*module);
-    traceCode(kLoaded);
+    traceStep(trace::kModuleLoaded);
     return {};
 }
 

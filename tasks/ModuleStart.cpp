@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "core/Presenter.h"
-#include "core/TraceCodes.h"
 #include "core/TraceRing.h"
 #include "strings/Format.h"
 #include "strings/ModuleInterface.h"
@@ -23,21 +22,18 @@ namespace kora {
 namespace {
 
 struct Phase {
+    trace::Place place;
     const char* progress;
     eTskStep step;
     bool (TskKoraModule::*run)();
 };
 
 constexpr Phase kPhases[] = {
-    {"Phase 1 initialization of %s", TskStepInit1, &TskKoraModule::TskInit1},
-    {"Phase 2 initialization of %s", TskStepInit2, &TskKoraModule::TskInit2},
-    {"Phase 3 initialization of %s", TskStepInit3, &TskKoraModule::TskInit3},
-    {"Phase 4 initialization of %s", TskStepInit4, &TskKoraModule::TskInit4},
+    {trace::kPhase1, "Phase 1 initialization of %s", TskStepInit1, &TskKoraModule::TskInit1},
+    {trace::kPhase2, "Phase 2 initialization of %s", TskStepInit2, &TskKoraModule::TskInit2},
+    {trace::kPhase3, "Phase 3 initialization of %s", TskStepInit3, &TskKoraModule::TskInit3},
+    {trace::kPhase4, "Phase 4 initialization of %s", TskStepInit4, &TskKoraModule::TskInit4},
 };
-
-constexpr std::uint32_t kFolder = trace::code(trace::kModules, 0x010);
-constexpr std::uint32_t kPhase = trace::code(trace::kModules, 0x020);
-constexpr std::uint32_t kFinalPass = trace::code(trace::kModules, 0x030);
 
 struct ModuleStart {
     bool begun;
@@ -50,7 +46,7 @@ constinit ModuleStart moduleStart{};
 void showProgress(const char* format, const char* name) { presenter().Progress(formatText(format, name).c_str()); }
 
 void loadAll() {
-    traceCode(kFolder);
+    traceStep(trace::kToolsFolder);
     const std::string folder = toolsFolder();
     const std::vector<std::string> files = moduleFiles(folder);
     for (const std::string& name : files) {
@@ -66,7 +62,7 @@ void run(const Phase& phase) {
     ModuleWalk walk;
     while (TskKoraModule* module = walk.nextSuccessful()) {
         showProgress(phase.progress, moduleName(module));
-        traceCode(kPhase + static_cast<std::uint32_t>(&phase - kPhases));
+        traceStep(phase.place);
         const bool succeeded = observed(phase.step, module, [&] { return (module->*phase.run)(); });
         if (!succeeded) failureNote();
         if (walk.holdsCurrent()) ModuleAccess::andInitSuccessful(*module, succeeded);
@@ -91,7 +87,7 @@ void modulesFinish() {
     moduleStart.phasesDone = false;  // once
     ModuleWalk walk;
     while (TskKoraModule* module = walk.nextSuccessful()) {
-        traceCode(kFinalPass);
+        traceStep(trace::kFinalPhase);
         observed(TskStepInitFinal, module, [&] { return module->TskInitFinal(); });
     }
 }

@@ -3,7 +3,6 @@
 #include <new>
 #include <utility>
 
-#include "core/TraceCodes.h"
 #include "core/TraceRing.h"
 #include "tasks/PairRegister.h"
 
@@ -24,8 +23,6 @@ namespace {
 
 using kora::Pair;
 using Place = std::size_t;
-
-constexpr std::uint32_t kBroadcast = kora::trace::code(kora::trace::kNotify, 0x010);
 
 constinit std::uint16_t registriesMade = 0;
 
@@ -112,7 +109,7 @@ bool NotNotify::Exists(long key1, long key2, NotCallback callback, long data, un
 }
 
 bool NotNotify::Notify(long key1, long key2, unsigned long events, long argument, bool stopOnTrue) {
-    kora::traceCode(kBroadcast);
+    kora::traceStep(kora::trace::kBroadcast);
     kora::traceData(id_);
     const std::shared_ptr<kora::NotRegistry> registry = registry_;  // a callback may destroy this object
     if (registry == nullptr) return false;

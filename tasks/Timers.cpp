@@ -7,15 +7,12 @@
 #include <new>
 #include <utility>
 
-#include "core/TraceCodes.h"
 #include "core/TraceRing.h"
 #include "platform/Platform.h"
 
 namespace kora {
 
 namespace {
-
-constexpr std::uint32_t kExpiry = trace::code(trace::kTimers, 0x010);
 
 constexpr std::int32_t kRunning = 0;
 constexpr std::int32_t kStopped = 1;
@@ -127,7 +124,7 @@ struct TimerRegistries {
     }
 
     static void expire(Registry& registry, TmrTimer* timer) {
-        traceCode(kExpiry);
+        traceStep(trace::kTimerExpiry);
         traceData(timer->id_);
         registry.called = timer;
         const bool done = timer->TmrExpiry();
