@@ -60,7 +60,7 @@ enum Place : std::uint32_t {
     kServicesEnd = code(kModules, 0x230),      // modules and services are taken down
     kServicesEnded = code(kModules, 0x23F),    // modules and services are gone
 
-    kTimerExpiry = code(kTimers, 0x010),  // a timer expires
+    kTimerExpiry = code(kTimers, 0x010),  // a timer expires | its number
 
     kProfileLoad = code(kSettings, 0x010),        // a profile is read
     kProfileInclude = code(kSettings, 0x020),     // the folder that it includes is read
@@ -69,7 +69,7 @@ enum Place : std::uint32_t {
     kProfileSwapFailed = code(kSettings, 0x11F),  // that failed, the old one stands | system's error number
     kProfileTakeBack = code(kSettings, 0x120),    // a profile is taken back from its backup
 
-    kBroadcast = code(kNotify, 0x010),  // listeners are notified
+    kBroadcast = code(kNotify, 0x010),  // listeners are notified | the number of their NotNotify
 
     kExpansionBegins = code(kFileLocation, 0x960),  // a name is expanded
     kExpansionDone = code(kFileLocation, 0x97F),    // it is expanded

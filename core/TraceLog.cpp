@@ -8,6 +8,7 @@
 #include "core/Messages.h"
 #include "core/OwnStrings.h"
 #include "core/Presenter.h"
+#include "core/TraceLogPath.h"
 #include "core/TraceRing.h"
 #include "platform/Platform.h"
 #include "strings/Format.h"
@@ -22,18 +23,10 @@ constexpr int kInternalErrorText = 1218;
 // Texts that the user does not want to see again. Lives until the process ends, whoever still traces by then.
 constinit std::set<std::string>* suppressed = nullptr;
 
-std::string logPath() {
-    kora::platform::Environment& places = kora::platform::environment();
-    std::string folder = places.documents();
-    if (folder.empty()) folder = places.programDirectory();
-    if (!folder.empty() && folder.back() != '\\') folder += '\\';
-    return folder + "ts_error_log.txt";
-}
-
 // A log that cannot be written is passed over: there is nobody to tell.
 void append(const std::string& text) {
     kora::platform::Failure ignored;
-    kora::platform::fileSystem().write(logPath(), text, kora::platform::WriteMode::append, false, ignored);
+    kora::platform::fileSystem().write(kora::traceLogPath(), text, kora::platform::WriteMode::append, false, ignored);
 }
 
 bool writes(bool force) { return traceRing.toFile || force; }
@@ -89,6 +82,14 @@ void showException(const char* text) {
 }
 
 }  // namespace
+
+std::string kora::traceLogPath() {
+    platform::Environment& places = platform::environment();
+    std::string folder = places.documents();
+    if (folder.empty()) folder = places.programDirectory();
+    if (!folder.empty() && folder.back() != '\\') folder += '\\';
+    return folder + "ts_error_log.txt";
+}
 
 void TraceInit() {
     traceRing.count = 0;

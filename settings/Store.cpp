@@ -119,6 +119,12 @@ void settingsStop() {
     family.store = nullptr;
 }
 
+std::string profilePath(eIniFile file) {
+    if (!settingsStart()) return {};
+    FilePath& path = file == eIniState ? family.store->state.path : family.store->main.path;
+    return path.FileNullGet() ? "" : path.FileStringGet();
+}
+
 std::optional<std::string_view> profileValue(eIniFile file, const char* section, const char* key) noexcept {
     if (!section || !key || !(family.store || settingsStart())) return std::nullopt;
     Store& store = *family.store;

@@ -16,6 +16,9 @@ bool settingsStart();
 /// Forgets both profiles; the next use starts anew. A main profile named with IniMainFileSet() stays named.
 void settingsStop();
 
+/// Where a profile is, in library form; empty when the system gives no directory for it.
+std::string profilePath(eIniFile file);
+
 /// The value of an entry as it stands in the profile; nothing when there is no such entry or a name is null. The text
 /// stays until the next call.
 std::optional<std::string_view> profileValue(eIniFile file, const char* section, const char* key) noexcept;
