@@ -1,0 +1,53 @@
+# cmake -D HEADER=core/TraceCodes.h -D VERSION=... -D TABLE=kora.trace -D SOURCE=LibraryTable.cpp -P MakeTable.cmake
+#
+# The library's table of names out of the header that its sources take their trace codes from: as a file for people, in
+# the format of every module's table (docs/trace.md), and as a source that carries the same text. A file or place whose
+# line cannot be read, or that says nothing of itself, ends the build.
+cmake_minimum_required(VERSION 3.25)
+
+file(STRINGS ${HEADER} lines ENCODING UTF-8)
+set(module "")
+set(list "")
+set(rows "")
+foreach(line IN LISTS lines)
+    if(line MATCHES "kModule = ([0-9]+);")
+        set(module ${CMAKE_MATCH_1})
+    elseif(line MATCHES "^enum (File|Place) ")
+        set(list ${CMAKE_MATCH_1})
+    elseif(line MATCHES "^}")
+        set(list "")
+    elseif(list STREQUAL "" OR line MATCHES "^ *$")
+    elseif(list STREQUAL "File" AND line MATCHES "^ +(k([A-Za-z0-9]+)) = ([0-9]+), +// (.+)$")
+        set(places_${CMAKE_MATCH_1} "")
+        list(APPEND rows ${CMAKE_MATCH_1})
+        set(head_${CMAKE_MATCH_1} "file ${CMAKE_MATCH_3} ${CMAKE_MATCH_2} ${CMAKE_MATCH_4}\n")
+    elseif(list STREQUAL "Place" AND line MATCHES "^ +k[A-Za-z0-9]+ = code\\((k[A-Za-z]+), 0x([0-9A-F]+)\\), +// (fault: )?(.+)$"
+           AND CMAKE_MATCH_1 IN_LIST rows)
+        set(kind place)
+        if(CMAKE_MATCH_3)
+            set(kind fault)
+        endif()
+        string(APPEND places_${CMAKE_MATCH_1} "${kind} 0x${CMAKE_MATCH_2} ${CMAKE_MATCH_4}\n")
+    else()
+        message(FATAL_ERROR "${HEADER}: this line needs the form of the others, and words behind it:\n${line}")
+    endif()
+endforeach()
+if(NOT module OR NOT rows)
+    message(FATAL_ERROR "${HEADER} has no module number, or no files")
+endif()
+
+set(table "# Trace codes of Kora System Services ${VERSION}\nmodule ${module} kora ${VERSION}\n")
+foreach(row IN LISTS rows)
+    string(APPEND table "\n${head_${row}}${places_${row}}")
+endforeach()
+file(WRITE ${TABLE} "${table}")
+file(WRITE ${SOURCE} "#include \"tools/kora-trace/Names.h\"
+
+namespace kora::tracelog {
+
+const char kLibraryVersion[] = \"${VERSION}\";
+
+const char kLibraryTable[] = R\"table(${table})table\";
+
+}  // namespace kora::tracelog
+")
