@@ -63,6 +63,12 @@ private:
         return file_.is_open();
     }
 
+    // Writing there would end the log.
+    bool isLog(const std::string& path) const {
+        std::error_code none;
+        return file_.is_open() && std::filesystem::equivalent(path, name_, none);
+    }
+
     std::istream& log() { return file_.is_open() ? file_ : streams_.in; }
 
     bool colours() const {
@@ -84,6 +90,7 @@ private:
 
     int show() {
         std::ofstream file;
+        if (isLog(options_.output)) return failed(options_.output + " is the log", kWrongUse);
         if (!options_.output.empty()) {
             file.open(options_.output, std::ios::binary | std::ios::trunc);
             if (!file) return failed(options_.output + " cannot be written");
@@ -106,6 +113,7 @@ private:
     }
 
     int bundle() {
+        if (isLog(options_.bundle)) return failed(options_.bundle + " is the log", kWrongUse);
         if (!useSettings()) return failed("the settings " + options_.settings + " cannot be read", kWrongUse);
         const std::string path =
             platform::libraryPath(std::filesystem::absolute(options_.bundle).lexically_normal().string());
