@@ -130,6 +130,8 @@ public:
     virtual std::string temporary();        ///< where the system itself makes temporary files
     virtual std::string workingDirectory();
     virtual std::string programDirectory();  ///< where the running executable stands
+    /// Where registry options are kept as files; empty where the system has a registry for them.
+    virtual std::string registryFolder();
 };
 
 Environment& environment();
@@ -149,6 +151,11 @@ struct RegistryValue {
 /// under the per-user data directory, replaced in one step. False when the key or value cannot be read or written.
 bool registryRead(const std::string& section, const std::string& name, RegistryValue& value);
 bool registryWrite(const std::string& section, const std::string& name, const RegistryValue& value);
+/// The same for values that are files below @p folder; an empty one has none.
+bool registryFileRead(const std::string& folder, const std::string& section, const std::string& name,
+                      RegistryValue& value);
+bool registryFileWrite(const std::string& folder, const std::string& section, const std::string& name,
+                       const RegistryValue& value);
 
 // ---- modules ---------------------------------------------------------------------------------------------------
 

@@ -284,6 +284,13 @@ KORA_API void TskSuspendSet(bool on);
 /// The setting is "toolfolder" in section "System" of the main profile. Percent references are expanded, and a
 /// relative folder is taken from the program's own. Without a setting, or with an empty one, it is "tools".
 KORA_API void TskToolsFolderSet(const char* folder);
+/// For tests: keeps everything that belongs to the user out of reach. The special directories are then those of these
+/// names below @p folder, which are made where they are missing: "documents" (with the trace log), "userdata" (with
+/// the state file in "Veltrane\Tessera5"), "shareddata", "system", "temporary" and "work"; and registry options are
+/// files in "registry", on Windows too. The program's own directory and the environment's variables stay, except TEMP
+/// and TMP. Null gives the system's places back. Nothing is removed.
+/// @return false, with nothing changed, between Startup() and ExitInstance(), and when the directories cannot be made.
+KORA_API bool TskScratchPlacesSet(const char* folder);
 /// Makes the next Startup() run TskApplication::TskAppPrepareOnce().
 KORA_API void TskPrepareOnceRequest();
 /// Sets the exit code of the program unless it is set already: the first failure counts. The library sets 1 for a

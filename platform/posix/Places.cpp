@@ -125,4 +125,8 @@ std::string Environment::programDirectory() {
     });
 }
 
+std::string Environment::registryFolder() {
+    return named([this] { return below(userData(), "Veltrane\\Tessera5\\registry"); });
+}
+
 }  // namespace kora::platform

@@ -92,4 +92,6 @@ std::string Environment::programDirectory() {
     });
 }
 
+std::string Environment::registryFolder() { return {}; }
+
 }  // namespace kora::platform

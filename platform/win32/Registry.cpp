@@ -55,15 +55,22 @@ bool read(HKEY root, const char* path, const char* name, RegistryValue& value) {
     }
 }
 
+/// A name that begins and ends with a dot is no device's and keeps its spaces when it becomes a file's.
+std::string dotted(const std::string& name) { return '.' + name + '.'; }
+
 }  // namespace
 
 bool registryRead(const std::string& section, const std::string& name, RegistryValue& value) try {
+    if (const std::string folder = environment().registryFolder(); !folder.empty())
+        return registryFileRead(folder, dotted(section), dotted(name), value);
     return whole(section, name) && read(HKEY_CURRENT_USER, (kBaseKey + section).c_str(), name.c_str(), value);
 } catch (const std::exception&) {
     return false;
 }
 
 bool registryWrite(const std::string& section, const std::string& name, const RegistryValue& value) try {
+    if (const std::string folder = environment().registryFolder(); !folder.empty())
+        return registryFileWrite(folder, dotted(section), dotted(name), value);
     Key key;
     return whole(section, name) &&
            RegCreateKeyExA(HKEY_CURRENT_USER, (kBaseKey + section).c_str(), 0, nullptr, 0, KEY_SET_VALUE, nullptr,
