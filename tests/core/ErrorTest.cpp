@@ -1,15 +1,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <kora/Err.h>
+#include <kora/Test.h>
 #include <kora/Trace.h>
 #include <kora/Tsk.h>
 
 #include <string>
 
 #include "core/TraceRing.h"
-#include "tests/support/RecordedPresenter.h"
 
-using kora::test::RecordedPresenter;
 using testing::ElementsAre;
 
 namespace {
@@ -29,7 +28,7 @@ public:
 };
 
 struct Error : testing::Test {
-    RecordedPresenter user;
+    TestPresenter user;
     Module module{"Sim"};
     void* reference = reinterpret_cast<void*>(std::intptr_t{18});
     ~Error() override { ErrReport(); }
@@ -75,11 +74,11 @@ TEST_F(Error, NumbersChooseTheTextUnlessTheModuleDealsWithIt) {
 }
 
 TEST_F(Error, ReportsDoNotNest) {
-    struct Nested : RecordedPresenter {
+    struct Nested : TestPresenter {
         int Alert(const char* text, unsigned style) override {
             EXPECT_TRUE(ErrReport());
             if (throws) throw 1;
-            return RecordedPresenter::Alert(text, style);
+            return TestPresenter::Alert(text, style);
         }
         bool throws = true;
     } nested;
@@ -119,9 +118,9 @@ TEST_F(Error, BoxesMapIconsButtonsAndAnswers) {
         EXPECT_EQ(user.alerts.back().text, "5%");
         EXPECT_EQ(user.alerts.back().style, row.style);
     }
-    user.answer = 1219;
+    user.continueAnswer = 1219;
     EXPECT_EQ(MsgAlert(MsgIconNone, MsgButtonContinueAlert, 0, "", "go on?"), MsgReturnContinueFirst);
-    user.answer = 1220;
+    user.continueAnswer = 1220;
     EXPECT_EQ(MsgAlert(MsgIconNone, MsgButtonContinueAlert, 0, "", "go on?"), MsgReturnContinueSecond);
     EXPECT_THAT(user.continueAlerts, ElementsAre("go on?", "go on?"));
 }

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <kora/Err.h>
+#include <kora/Test.h>
 #include <kora/Trace.h>
 
 #include <algorithm>
@@ -8,10 +9,8 @@
 #include <regex>
 #include <string>
 
-#include "tests/support/RecordedPresenter.h"
 #include "tests/support/ScopedPlaces.h"
 
-using kora::test::RecordedPresenter;
 using kora::test::ScopedPlaces;
 using testing::ElementsAre;
 
@@ -28,8 +27,8 @@ struct Trace : testing::Test {
         TraceToFileSet(false);
         TraceTriggerSet(0);
     }
-    std::string log() const { return places.folder.read("documents/ts_error_log.txt"); }
-    bool hasLog() const { return places.folder.has("documents/ts_error_log.txt"); }
+    std::string log() const { return places.folder.Read("documents/ts_error_log.txt"); }
+    bool hasLog() const { return places.folder.Has("documents/ts_error_log.txt"); }
 
     // What a dump must look like after the words 1, 2, ... @p count.
     static std::string dumpOf(int count, const std::string& header) {
@@ -73,12 +72,12 @@ TEST_F(Trace, WritesOnlyWhenSwitchedOnOrForced) {
 TEST_F(Trace, DatesNotesAndFindsAPlaceForThem) {
     places.instead["documents"] = "";
     TraceNoteDate("Hello!", true);
-    const std::string note = places.folder.read("program/ts_error_log.txt");
+    const std::string note = places.folder.Read("program/ts_error_log.txt");
     EXPECT_TRUE(
         std::regex_match(note, std::regex("[A-Z][a-z]{2} [0-3]\\d, \\d{4} - [0-2]\\d:[0-5]\\d:[0-6]\\d - Hello!\n")))
         << note;
     places.instead.clear();
-    places.folder.makeFolder("documents/ts_error_log.txt");  // no log can be written there
+    places.folder.MakeFolder("documents/ts_error_log.txt");  // no log can be written there
     TraceNote("x", "", true);
     TraceDump("x", true);
 }
@@ -103,10 +102,10 @@ TEST_F(Trace, TheTriggerDumpsWhileTracingToFile) {
 }
 
 TEST_F(Trace, ExceptionsAreShownOnceWhenSuppressed) {
-    struct Chatty : RecordedPresenter {
+    struct Chatty : TestPresenter {
         void ErrorDialog(const char* text, bool& suppress) override {
             recording = TraceRecordGet();
-            RecordedPresenter::ErrorDialog(text, suppress);
+            TestPresenter::ErrorDialog(text, suppress);
             if (throws) throw 1;
         }
         bool recording = true, throws = false;

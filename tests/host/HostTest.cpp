@@ -1,10 +1,9 @@
 #include <gmock/gmock.h>
+#include <kora/Test.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <string>
-
-#include "tests/support/TestFolder.h"
 
 namespace {
 
@@ -22,18 +21,18 @@ int run(const std::string& command) {
 
 // The host as a process, with real options.
 TEST(Host, RunsAsLongAsModulesNeedItAndTellsTheirFailures) {
-    kora::test::TestFolder folder;
+    TestFolder folder;
 #if !defined(_WIN32)
-    setenv("HOME", folder.nativeText().c_str(), 1);
+    setenv("HOME", folder.NativeText().c_str(), 1);
     unsetenv("XDG_CONFIG_HOME");
 #endif
-    folder.write("ts.ini", "[System]\ntoolfolder = " + folder.nativeText("tools") + "\n");
-    folder.makeFolder("tools");
-    folder.makeFolder("none");
+    folder.Write("ts.ini", "[System]\ntoolfolder = " + folder.NativeText("tools") + "\n");
+    folder.MakeFolder("tools");
+    folder.MakeFolder("none");
     std::filesystem::copy_file(std::filesystem::path(KORA_FIXTURES) / "worker.qzx",
-                               folder.native() / "tools" / "worker.qzx");
+                               folder.Native() / "tools" / "worker.qzx");
     const auto before = std::filesystem::current_path();
-    std::filesystem::current_path(folder.native());
+    std::filesystem::current_path(folder.Native());
 
     const char *agreed = "started\nagreed\n", *phase4 = "Phase 4 initialization of worker";
     const char* rounds = "started\nround\nround\nround\nagreed\n";
@@ -64,10 +63,10 @@ TEST(Host, RunsAsLongAsModulesNeedItAndTellsTheirFailures) {
         const std::string number = std::to_string(++runs);
         EXPECT_EQ(run(quoted(KORA_HOST) + " --ini ts.ini " + row.options + " > out" + number + " 2> err" + number),
                   row.code);
-        std::string out = folder.read("out" + number);
+        std::string out = folder.Read("out" + number);
         std::erase(out, '\r');
         EXPECT_EQ(out, row.printed);
-        EXPECT_THAT(folder.read("err" + number), testing::HasSubstr(row.told));
+        EXPECT_THAT(folder.Read("err" + number), testing::HasSubstr(row.told));
     }
     std::filesystem::current_path(before);
 }

@@ -1,10 +1,9 @@
 #include "host/LoadDoctor.h"
 
 #include <gmock/gmock.h>
+#include <kora/Test.h>
 
 #include <filesystem>
-
-#include "tests/support/TestFolder.h"
 
 namespace {
 
@@ -50,15 +49,15 @@ TEST(LoadDoctor, TellsWhatIsWrongWithFilesOfBothSystems) {
 
 // Where a file says itself where its libraries are, they are found there.
 TEST(LoadDoctor, FindsLibrariesBesideTheFile) {
-    const kora::test::TestFolder folder;
-    folder.makeFolder("beside");
+    const TestFolder folder;
+    folder.MakeFolder("beside");
     const bool windows = readModuleFile(KORA_HOST).tables.format == BinaryFile::Format::pe;
     const auto copy = [&](const char* name, const char* to) {
-        std::filesystem::copy_file(std::filesystem::path(KORA_TINY_FILES) / name, folder.native() / to);
+        std::filesystem::copy_file(std::filesystem::path(KORA_TINY_FILES) / name, folder.Native() / to);
     };
     copy(windows ? "absent-i386.pe" : "absent-x86-64.elf", "m.qzx");
     copy(windows ? "good-i386.pe" : "good-x86-64.elf", windows ? "absent.dll" : "beside/libabsent.so.7");
-    const Diagnosis found = diagnose(readModuleFile(folder.nativeText("m.qzx")), readModuleFile(KORA_HOST), "0.1.0");
+    const Diagnosis found = diagnose(readModuleFile(folder.NativeText("m.qzx")), readModuleFile(KORA_HOST), "0.1.0");
     ASSERT_EQ(found.needed.size(), 1U);
     EXPECT_EQ(found.needed[0].state, NeededLibrary::State::found);
     // It does not export what the host's library does. Where a name comes from is not asked in ELF files.

@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <kora/Test.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -6,7 +7,6 @@
 #include <sstream>
 
 #include "host/Json.h"
-#include "tests/support/TestFolder.h"
 
 namespace {
 
@@ -65,18 +65,18 @@ private:
 /// A folder in which the host runs as a process, with modules of the tests.
 struct Runs : testing::Test {
     Runs() {
-        folder_.write("ts.ini", "");
-        std::filesystem::current_path(folder_.native());
+        folder_.Write("ts.ini", "");
+        std::filesystem::current_path(folder_.Native());
     }
     ~Runs() override { std::filesystem::current_path(before_); }
     void put(const std::string& modules) {
-        folder_.makeFolder("t");
+        folder_.MakeFolder("t");
         std::istringstream words(modules);
         for (std::string word; words >> word;) {
-            const auto to = folder_.native() / "t" / (word += ".qzx");
+            const auto to = folder_.Native() / "t" / (word += ".qzx");
             std::error_code missing;
             std::filesystem::copy_file(std::filesystem::path(KORA_TASKS_FIXTURES) / word, to, missing);
-            if (missing) folder_.write("t/" + word, "MZ, but no module");
+            if (missing) folder_.Write("t/" + word, "MZ, but no module");
         }
     }
     int run(const std::string& options) {
@@ -87,8 +87,8 @@ struct Runs : testing::Test {
         const int status = std::system(line.c_str());
         return status < 256 ? status : status / 256;
     }
-    std::string out() const { return folder_.read(out_); }
-    kora::test::TestFolder folder_;
+    std::string out() const { return folder_.Read(out_); }
+    TestFolder folder_;
     std::filesystem::path before_ = std::filesystem::current_path();
     std::string out_;
     int runs_ = 0;
@@ -127,9 +127,9 @@ TEST_F(Runs, ReportsSayWhatBecameOfEachModule) {
     for (const auto& [modules, options, code, expected] : rows) {
         SCOPED_TRACE(modules + (' ' + options));
         put(modules);
-        folder_.write("r.json", "of an earlier run");
+        folder_.Write("r.json", "of an earlier run");
         EXPECT_EQ(run("--tools t --report r.json " + options), code);
-        JsonFields report(folder_.read("r.json"));
+        JsonFields report(folder_.Read("r.json"));
         EXPECT_EQ(report["exitCode"], std::to_string(code));
         EXPECT_EQ(report["host"], report["library"]);
         std::istringstream fields(expected);
@@ -137,8 +137,8 @@ TEST_F(Runs, ReportsSayWhatBecameOfEachModule) {
             const std::string path = field.substr(0, field.find('='));
             EXPECT_EQ(path + '=' + report[path], field);
         }
-        EXPECT_FALSE(folder_.has("r.json.new"));
-        std::filesystem::remove_all(folder_.native() / "t");
+        EXPECT_FALSE(folder_.Has("r.json.new"));
+        std::filesystem::remove_all(folder_.Native() / "t");
     }
 }
 
@@ -147,7 +147,7 @@ TEST_F(Runs, ReportsGoWhereTheyAreSent) {
     EXPECT_EQ(run("--tools t --exit --report -"), 1);
     JsonFields report(out());
     EXPECT_THAT(report["modules.1.load.reason"], HasSubstr("no-entry.qzx is not compatible"));
-    std::filesystem::remove(folder_.native() / "t" / "no-entry.qzx");
+    std::filesystem::remove(folder_.Native() / "t" / "no-entry.qzx");
     for (const char* no : {"--report none/r.json", "--report t"})
         EXPECT_EQ(run(std::string("--tools t --exit ") + no), 1) << no;
     for (const char* no : {"--idle", "--idle -1", "--idle 1x", "--report", "--why", "--no"})

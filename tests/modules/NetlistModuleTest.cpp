@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <kora/Err.h>
+#include <kora/Test.h>
 #include <kora/Tsk.h>
 
 #include <filesystem>
@@ -7,14 +8,12 @@
 #include <string>
 
 #include "tests/support/FileFault.h"
-#include "tests/support/RecordedPresenter.h"
-#include "tests/support/TestFolder.h"
 
 namespace {
 
 // What a module prints for a command line that comes so many times, and behind that what it shows.
 std::string told(const CStringArray& arguments, int times = 1) {
-    kora::test::RecordedPresenter presenter;
+    TestPresenter presenter;
     eTskKoraModule status = TskKoraModuleFailed;
     TskKoraModule* made = nullptr;
     (TskKoraMain)(status, &made, 0);
@@ -31,11 +30,11 @@ std::string told(const CStringArray& arguments, int times = 1) {
 // As the loader would have it: each option in turn, also behind a bad file, and as often as options come. Somebody
 // else's error is shown first, not in place of ours.
 TEST(NetlistModule, PrintsAndShowsWhatItsOptionsName) {
-    kora::test::TestFolder folder;
-    folder.write("good.blif", ".model good\n.inputs a\n.outputs y\n.names a y\n1 1\n.end\n");
-    folder.write("bad.blif", ".model bad\n.inputs a\n.names a\n.end\n");
-    const std::string good = folder.nativeText("good.blif"), bad = folder.nativeText("bad.blif"),
-                      none = folder.nativeText("none.blif");
+    TestFolder folder;
+    folder.Write("good.blif", ".model good\n.inputs a\n.outputs y\n.names a y\n1 1\n.end\n");
+    folder.Write("bad.blif", ".model bad\n.inputs a\n.names a\n.end\n");
+    const std::string good = folder.NativeText("good.blif"), bad = folder.NativeText("bad.blif"),
+                      none = folder.NativeText("none.blif");
     ErrSet(nullptr, 5, 6, nullptr);
     const std::string text = told({"-net", bad, "/net", good, "-net", none, "net", "-x", "-net", "", "-net"}, 2);
     EXPECT_THAT(text, testing::StartsWith("model good: 1 input, 1 output"));
@@ -49,42 +48,42 @@ TEST(NetlistModule, PrintsAndShowsWhatItsOptionsName) {
 }
 
 TEST(NetlistModule, WritesTablesOrTellsWhyNot) {
-    kora::test::TestFolder folder;
-    folder.write("n", ".model m\n.inputs a\n.outputs y\n.names a y\n1 1\n.end\n");
-    const std::string n = folder.nativeText("n"), a = folder.nativeText("a"), b = folder.nativeText("b"),
-                      whole = folder.nativeText(), deep = folder.nativeText("no") + "/x";
+    TestFolder folder;
+    folder.Write("n", ".model m\n.inputs a\n.outputs y\n.names a y\n1 1\n.end\n");
+    const std::string n = folder.NativeText("n"), a = folder.NativeText("a"), b = folder.NativeText("b"),
+                      whole = folder.NativeText(), deep = folder.NativeText("no") + "/x";
     EXPECT_EQ(told({"-csv", a}), "-csv stands behind the -net whose table it writes\n");
     EXPECT_EQ(told({"-net", "-csv", a}), "-net needs the name of a netlist file\n");
     EXPECT_EQ(told({"-net", n, "-html", a, "-tsv"}), "-tsv needs the name of the file to write\n");
     EXPECT_EQ(told({"-net", n, "-html", a, "-tsv", "-"}), "-tsv needs the name of the file to write\n");
     EXPECT_EQ(told({"-net", n, "-csv", n}), n + ": a table cannot replace its netlist\n");
     EXPECT_EQ(told({"-net", n, "-csv", a, "-tsv", a}), a + ": only one table can be written to a file\n");
-    EXPECT_FALSE(folder.has("a"));
+    EXPECT_FALSE(folder.Has("a"));
     EXPECT_THAT(told({"-net", n, "-csv", deep, "-html", whole, "-net", n, "-tsv", a, "-csv", b}),
                 testing::EndsWith(deep + ": there is no such folder\n" + whole + ": this is no file\n"));
-    EXPECT_EQ(folder.read("a"), "a\tinput\t0\t1\tinput\t\ry\toutput\t1\t0\tfunction of 1 input\t\r\t\t\t\t\t\r");
-    const std::string csv = folder.read("b");
+    EXPECT_EQ(folder.Read("a"), "a\tinput\t0\t1\tinput\t\ry\toutput\t1\t0\tfunction of 1 input\t\r\t\t\t\t\t\r");
+    const std::string csv = folder.Read("b");
 
     // Whichever file operation fails, no half of a table is left, with an old file and without.
     for (int i = 2, wasHit = 1; wasHit != 0 || i % 2 != 0; ++i) {
         std::filesystem::remove(b);
-        if (i % 2 != 0) folder.write("b", "old");
+        if (i % 2 != 0) folder.Write("b", "old");
         const kora::test::FileFault fault(i / 2);
         const bool isQuiet = told({"-net", n, "-csv", b}).find(": the") == std::string::npos;
         wasHit = fault.wasHit();
-        EXPECT_EQ(folder.has("b") ? folder.read("b") : "none", isQuiet ? csv : i % 2 != 0 ? "old" : "none") << i;
+        EXPECT_EQ(folder.Has("b") ? folder.Read("b") : "none", isQuiet ? csv : i % 2 != 0 ? "old" : "none") << i;
     }
 
     std::string names;
     for (int i = 1; i <= 32767; ++i) names += " n" + std::to_string(i);
-    folder.write("n", ".model m\n.inputs" + names + "\n.end\n");
+    folder.Write("n", ".model m\n.inputs" + names + "\n.end\n");
     told({"-net", n, "-csv", b});
-    EXPECT_THAT(folder.read("b"), testing::EndsWith("\r\nn32767,input,0,0,input\r\n"));
-    folder.write("n", ".model m\n.inputs" + names + " one\n.end\n");
-    folder.write("b", "old");
-    EXPECT_EQ(told({"-net", n, "-html", b, "-tsv", folder.nativeText("c")}),
+    EXPECT_THAT(folder.Read("b"), testing::EndsWith("\r\nn32767,input,0,0,input\r\n"));
+    folder.Write("n", ".model m\n.inputs" + names + " one\n.end\n");
+    folder.Write("b", "old");
+    EXPECT_EQ(told({"-net", n, "-html", b, "-tsv", folder.NativeText("c")}),
               n + ": 32768 signals are too many for a table, which has 32767 rows at most\n");
-    EXPECT_EQ(folder.read("b") + (folder.has("c") ? "c" : ""), "old");
+    EXPECT_EQ(folder.Read("b") + (folder.Has("c") ? "c" : ""), "old");
 }
 
 }  // namespace

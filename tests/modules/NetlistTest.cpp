@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <kora/File.h>
+#include <kora/Test.h>
 
 #include <random>
 #include <regex>
@@ -12,11 +13,9 @@
 #include "modules/netlist/SheetText.h"
 #include "modules/netlist/SignalTable.h"
 #include "platform/Platform.h"
-#include "tests/support/TestFolder.h"
 
 namespace {
 
-using kora::test::TestFolder;
 using netlist::Model;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -40,8 +39,8 @@ Reading readFile(const std::string& path) {
 
 Reading readText(const std::string& text) {
     TestFolder folder;
-    folder.write("text.blif", text);
-    return readFile(folder.path("text.blif"));
+    folder.Write("text.blif", text);
+    return readFile(folder.Path("text.blif"));
 }
 
 TEST(NetlistReport, OfTheCounter) {

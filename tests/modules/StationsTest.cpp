@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <kora/Net.h>
+#include <kora/Test.h>
 #include <kora/Tmr.h>
 #include <kora/Tsk.h>
 
@@ -14,7 +15,6 @@
 #include "modules/stations/Report.h"
 #include "modules/stations/VisibleText.h"
 #include "tests/net/ScriptedDriver.h"
-#include "tests/support/RecordedPresenter.h"
 #include "tests/support/ScopedPlaces.h"
 
 namespace {
@@ -59,10 +59,10 @@ TEST(StationsMessage, BelievesTheNetworkNothing) {
 
 // A module on a network of one adapter, which brings datagrams back; the clock stands unless somebody waits.
 struct Network : TskApplication {
-    static inline std::uint32_t tick;
     kora::test::ScriptedDriver driver;
     kora::test::ScopedPlaces places;
-    kora::test::RecordedPresenter presenter;
+    TestPresenter presenter;
+    TestClock clock{0xFFFFFFFF - 7000};
     std::map<int, unsigned char> codes;  // of commands
     std::string sent;
     int staying = 0;
@@ -70,12 +70,10 @@ struct Network : TskApplication {
     std::unique_ptr<TskKoraModule> module;
 
     Network() {
-        places.folder.write("system/system.ini", "[network]\nComputerName=me\n");
+        places.folder.Write("system/system.ini", "[network]\nComputerName=me\n");
         driver.answers = {3};
         driver.status[6] = 1;
-        tick = 0xFFFFFFFF - 7000;
         TskApplicationSet(this);
-        TmrClockSet([]() -> unsigned long { return tick; });
         eTskKoraModule status = TskKoraModuleFailed;
         TskKoraModule* made = nullptr;
         (TskKoraMain)(status, &made, 0);
@@ -85,7 +83,6 @@ struct Network : TskApplication {
     ~Network() override {
         EXPECT_EQ(leave().staying, 0);
         happened();
-        TmrClockSet(nullptr);
     }
     void TskAppStay(bool on) override { staying += on ? 1 : -1; }
     bool TskAppQuit() override { return sent += "quit\n", false; }
@@ -116,7 +113,7 @@ struct Network : TskApplication {
     Network& ask(const CStringArray& arguments) { return serve(), TskCmdLine(arguments), serve(); }
     Network& leave() { return serve(), module->TskExit1(), serve(); }
     Network& wait(int milliseconds) {
-        for (; milliseconds > 0; --milliseconds, ++tick, TmrDoTimedTimers()) serve();
+        for (; milliseconds > 0; --milliseconds, clock.Advance(1), TmrDoTimedTimers()) serve();
         return serve();
     }
     // What was printed since, then what was sent, then what was shown.
@@ -199,21 +196,21 @@ TEST(StationsModule, TellsWhatItCannotDo) {
 #if !defined(_WIN32)
 // Without privileges, on the loopback: each lists the other and hears its line.
 TEST(StationsModule, TwoHostsMeetOnOneMachine) {
-    kora::test::TestFolder folder;
-    folder.makeFolder("tools");
-    std::filesystem::copy(KORA_STATIONS, folder.nativeText("tools"));
+    TestFolder folder;
+    folder.MakeFolder("tools");
+    std::filesystem::copy(KORA_STATIONS, folder.NativeText("tools"));
     const unsigned port = 10000 + std::random_device()() % 11000 * 2;  // below those that the system gives away
-    folder.write("ts.ini", "[System]\ntoolfolder = " + folder.nativeText("tools") +
+    folder.Write("ts.ini", "[System]\ntoolfolder = " + folder.NativeText("tools") +
                                "\n[NetBIOS]\nInterface = lo\nBroadcast = 127.255.255.255\nNamePort = " +
                                std::to_string(port) + "\nDatagramPort = " + std::to_string(port + 1) + '\n');
-    const std::string command = "cd '" + folder.nativeText() +
+    const std::string command = "cd '" + folder.NativeText() +
                                 "'; export HOME=$PWD; host() { QZSTATION=$1 '" KORA_HOST
                                 "' --ini ts.ini -peer T -till 2 -for 60 -say \"I am $1\" > $1; }; "
                                 "host a & host b; b=$?; wait $! && exit $b";
     EXPECT_EQ(std::system(command.c_str()), 0);
     for (const auto& [name, other] : {std::pair{"a", "b"}, {"b", "a"}})
         for (const std::string around : {" % is here\n", " %: I am %\n", "\n%  "})
-            EXPECT_THAT(folder.read(name), testing::HasSubstr(std::regex_replace(around, std::regex("%"), other)));
+            EXPECT_THAT(folder.Read(name), testing::HasSubstr(std::regex_replace(around, std::regex("%"), other)));
 }
 #endif
 

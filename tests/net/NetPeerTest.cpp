@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <kora/Net.h>
+#include <kora/Test.h>
 #include <kora/Tsk.h>
 
 #include <cstddef>
@@ -10,7 +11,6 @@
 #include <stdexcept>
 
 #include "tests/net/ScriptedDriver.h"
-#include "tests/support/RecordedPresenter.h"
 #include "tests/support/VirtualSlot.h"
 
 namespace {
@@ -357,7 +357,7 @@ TEST_F(NetPeerTest, CountsAreRightWhateverHappens) {
 
 // A notification may throw and may delete its station, and nothing is lost or done twice.
 TEST_F(NetPeerTest, NotificationsMayThrowAndDelete) {
-    kora::test::RecordedPresenter presenter;
+    TestPresenter presenter;
     const struct { unsigned char command, code; } rows[] = {{0x36, 0}, {0x36, 22}, {0x20, 0}, {0x21, 0}, {0x21, 0x17}};
     for (const bool deletes : {false, true})
         for (const auto& row : rows) {

@@ -1,10 +1,10 @@
 #include <gmock/gmock.h>
 #include <kora/Net.h>
+#include <kora/Test.h>
 
 #include "net/StationName.h"
 #include "platform/Platform.h"
 #include "tests/net/ScriptedDriver.h"
-#include "tests/support/RecordedPresenter.h"
 #include "tests/support/ScopedPlaces.h"
 
 namespace {
@@ -30,7 +30,7 @@ TEST(NetStatus, TheLinesAreToldWhereThereAreNoWindows) {
     kora::test::ScriptedDriver driver;
     driver.status = adapterStatus();
     driver.answers = {3, 0, 0, 35};  // adapter 1 has no status, and shows zeros
-    kora::test::RecordedPresenter presenter;
+    TestPresenter presenter;
     NetPeer peer;
     const CString before = peer.NetStatusText();
     EXPECT_EQ(before,
@@ -76,16 +76,16 @@ TEST(NetStationName, ComesFromTheFirstPlaceThatHasOne) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         kora::test::ScopedPlaces places;
-        if (row.profile != nullptr) places.folder.write("system/system.ini", row.profile);
+        if (row.profile != nullptr) places.folder.Write("system/system.ini", row.profile);
         if (row.variable != nullptr) places.variables["QZSTATION"] = row.variable;
         const bool inProfile = row.profile != nullptr && std::string(row.profile).find("other") == std::string::npos;
         EXPECT_EQ(kora::stationName(),
                   !inProfile && registry ? *kora::platform::registeredComputerName() : std::string(row.name));
     }
     kora::test::ScopedPlaces places;
-    places.folder.write("system/system.ini", "[network]\nComputerName = " + std::string(32, 'x') + "\n");
+    places.folder.Write("system/system.ini", "[network]\nComputerName = " + std::string(32, 'x') + "\n");
     EXPECT_EQ(UtlNetworkStationName(), std::string(31, 'x'));
-    places.folder.write("system/system.ini", "");
+    places.folder.Write("system/system.ini", "");
     EXPECT_EQ(UtlNetworkStationName(), std::string(31, 'x'));
 }
 

@@ -132,7 +132,7 @@ protected:
 
 TEST_F(Enumeration, FiltersAndSorts) {
     makeFiles({"work/b.TXT", "work/A.txt", "work/ab.txt.bak", "work/readme", "work/c.qzx"});
-    places.folder.makeFolder("work/sub.txt");
+    places.folder.MakeFolder("work/sub.txt");
     EXPECT_EQ(list(nullptr, nullptr, true, false), "A.txt ab.txt.bak b.TXT c.qzx readme");
     EXPECT_EQ(list("*.*", "", true, true), "A.txt ab.txt.bak b.TXT c.qzx readme sub.txt");
     EXPECT_EQ(list("*", "*", false, true), "sub.txt");

@@ -35,7 +35,7 @@ private:
 class FileLocation : public PathsTest {
 protected:
     FileLocation() {
-        for (const char* name : {"userdata/Veltrane/Tessera5", "path1", "path2"}) places.folder.makeFolder(name);
+        for (const char* name : {"userdata/Veltrane/Tessera5", "path1", "path2"}) places.folder.MakeFolder(name);
         places.variables["PATH"] = path("path1") + ';' + path("path2") + ";;";
         workingDirectoryRemember();
         settingsStop();
@@ -74,8 +74,8 @@ TEST_F(FileLocation, FollowsTheFixedOrder) {
 }
 
 TEST_F(FileLocation, FindsAFullPathOnlyWhereItStands) {
-    places.folder.makeFolder("work/server/share");
-    places.folder.makeFolder("work/directory.x");
+    places.folder.MakeFolder("work/server/share");
+    places.folder.MakeFolder("work/directory.x");
     makeFiles({"system/x.txt", "work/server/share/x.txt"});
     EXPECT_EQ(locate(path("system\\x.txt")), path("system\\x.txt"));
     EXPECT_EQ(locate(path("work\\x.txt")), "(none)");
@@ -87,11 +87,11 @@ TEST_F(FileLocation, FindsAFullPathOnlyWhereItStands) {
 
 TEST_F(FileLocation, ExpandsReferences) {
     makeFiles({"system/x.txt", "documents/x.txt", "work/%NO%x.txt", "work/a%b", "work/%NOx"});
-    places.folder.write("documents/ts.ini", "[Directories]\nParts = " + path("system") + "\n");
+    places.folder.Write("documents/ts.ini", "[Directories]\nParts = " + path("system") + "\n");
     places.variables.insert({{"VAR", path("system")}, {"SHORT", "x"}, {"NO%", "never asked"}});
     for (const char* place :
          {"userdata/Veltrane/Tessera5", "shareddata/Veltrane/Tessera5", "program", "work", "temporary"}) {
-        places.folder.makeFolder(place);
+        places.folder.MakeFolder(place);
         makeFiles({std::string(place) + "/y.txt"});
     }
     // Name and where it is found. What nothing answers to stays, and its closing percent sign may open the next one.
@@ -123,7 +123,7 @@ TEST_F(FileLocation, LooksInExplicitDirectoriesFirst) {
     EXPECT_FALSE(FileLocateFile(nullptr, dirs, "missing", found, true) || FileLocateFile(dirs, nullptr, found, true));
     EXPECT_FALSE(FileLocateFile(nullptr, found, true));
     EXPECT_EQ(shown(found), path("work\\w.txt")) << "not finding leaves the result alone";
-    dirs = {places.folder.nativeText("path1")};
+    dirs = {places.folder.NativeText("path1")};
     EXPECT_TRUE(FileLocateFile(dirs, "x.txt", found, true)) << "a native directory";
     EXPECT_EQ(shown(found), path("path1\\x.txt"));
     dirs = {std::string(300, 'd'), path("work") + std::string(254 - path("work").size(), '\\')};
@@ -169,7 +169,7 @@ TEST_F(FileLocation, IsExplainedAsItComesAbout) {
         std::mt19937 random(seed);
         const auto one = [&](const CStringArray& choices) { return choices[random() % choices.size()]; };
         for (const char* place : {"documents", "userdata/Veltrane/Tessera5", "work", "program", "path1", "path2"}) {
-            std::filesystem::remove(places.folder.native() / place / "x.exe");
+            std::filesystem::remove(places.folder.Native() / place / "x.exe");
             if (random() % 4 == 0) makeFiles({std::string(place) + "/x.exe"});
         }
         FileDocRootSearchSet(random() % 2);
@@ -177,8 +177,8 @@ TEST_F(FileLocation, IsExplainedAsItComesAbout) {
                                       "", path("work\\x.exe"), longPath});
         CStringArray dirs(random() % 3), all, matches, asked;
         for (CString& dir : dirs)
-            dir = one({"", path("path2"), path("path1"), places.folder.nativeText("program"), std::string(300, 'd')});
-        const std::string dir = one({"", path("work"), places.folder.path()});
+            dir = one({"", path("path2"), path("path1"), places.folder.NativeText("program"), std::string(300, 'd')});
+        const std::string dir = one({"", path("work"), places.folder.Path()});
         SCOPED_TRACE(testing::Message() << "seed " << seed << ' ' << name);
         FilePath found;
         WatchedQuestions questions;

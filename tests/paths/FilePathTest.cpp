@@ -83,13 +83,13 @@ TEST_F(FileOnDisk, IsWrittenReadAndDeleted) {
     EXPECT_TRUE(file.FileReadString(text) && text == bytes);
     text = "short";
     EXPECT_TRUE(file.FileWriteString(text, false));
-    EXPECT_EQ(places.folder.read("work/file.txt"), "short");
+    EXPECT_EQ(places.folder.Read("work/file.txt"), "short");
     EXPECT_EQ(file.FileGetErrorCause(), FileErrorNotFound) << "the last failure, whatever went well since";
     EXPECT_TRUE(file.FileDelete() && !file.FileDelete());
 }
 
 TEST_F(FileOnDisk, ReportsWhateverFails) {
-    places.folder.write("work/file.txt", "x");
+    places.folder.Write("work/file.txt", "x");
     CString text;
     const std::function<bool()> operations[] = {
         [&] { return file.FileExists(); },
@@ -120,7 +120,7 @@ TEST_F(FileOnDisk, MakesDirectoriesOnlyWhereTheLibraryKeepsItsOwn) {
     FilePath elsewhere(path("work\\sub\\file.txt").c_str());
     EXPECT_FALSE(elsewhere.FileWriteString(text, false));
     EXPECT_EQ(elsewhere.FileGetErrorCause(), FileErrorNotFound);
-    EXPECT_FALSE(places.folder.has("work/sub"));
+    EXPECT_FALSE(places.folder.Has("work/sub"));
 }
 
 TEST_F(FileOnDisk, TakesTemporaryNamesThatExistNowhere) {

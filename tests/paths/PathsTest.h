@@ -20,9 +20,9 @@ protected:
         FileDocRootSearchSet(false);
     }
 
-    std::string path(const std::string& name) const { return places.folder.path(name); }
+    std::string path(const std::string& name) const { return places.folder.Path(name); }
     void makeFiles(const std::vector<std::string>& names) const {
-        for (const std::string& name : names) places.folder.write(name, "");
+        for (const std::string& name : names) places.folder.Write(name, "");
     }
 
     ScopedPlaces places;

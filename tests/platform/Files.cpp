@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <kora/Test.h>
 
 #include <map>
 #include <memory>
@@ -6,12 +7,10 @@
 #include <set>
 
 #include "platform/Platform.h"
-#include "tests/support/TestFolder.h"
 
 namespace {
 
 using namespace kora::platform;
-using kora::test::TestFolder;
 
 // Random operations under names in random letter case, against a map of folded names: what is done, what is refused and
 // why, and that a refusal changes nothing.
@@ -30,7 +29,7 @@ TEST(FileSystem, AgreesWithAMapWhateverTheLetterCase) {
         const auto path = [&](std::string text) {
             for (char& c : text)
                 if (c != '\\' && pick(2)) c = static_cast<char>(c - 'A' + 'a');
-            return folder.path(text);
+            return folder.Path(text);
         };
         const auto kindOf = [&](const std::string& key) {
             if (!model.contains(key)) return FileKind::none;
@@ -152,14 +151,14 @@ TEST(FileSystem, AgreesWithAMapWhateverTheLetterCase) {
 
 TEST(FileSystem, RefusesNamesThatNoFileHas) {
     const TestFolder folder;
-    folder.write("f", "text");
-    std::string deep = folder.path();
+    folder.Write("f", "text");
+    std::string deep = folder.Path();
     for (int i = 0; i < 3'000; ++i) deep += "\\deep";
     const std::string names[] = {"",
-                                 folder.path(std::string(300, 'x')),
-                                 folder.path("f") + '\0',
+                                 folder.Path(std::string(300, 'x')),
+                                 folder.Path("f") + '\0',
                                  deep,
-                                 folder.path("f") + std::string("\0\\..\\f", 6),
+                                 folder.Path("f") + std::string("\0\\..\\f", 6),
                                  "Q:\\no\\such\\drive"};
     FileSystem& files = fileSystem();
     FileStatus status;
@@ -174,9 +173,9 @@ TEST(FileSystem, RefusesNamesThatNoFileHas) {
             files.read(name, bytes, failures[2]),
             files.write(name, "x", WriteMode::replace, false, failures[3]),
             files.remove(name, failures[4]),
-            files.link(folder.path("f"), name, failures[5]),
-            files.rename(folder.path("f"), name, failures[6]),
-            files.rename(name, folder.path("g"), failures[7]),
+            files.link(folder.Path("f"), name, failures[5]),
+            files.rename(folder.Path("f"), name, failures[6]),
+            files.rename(name, folder.Path("g"), failures[7]),
             files.createDirectory(name, failures[8]),
             files.removeDirectory(name, failures[9]),
             files.list(name, entries, failures[10]),
@@ -185,7 +184,7 @@ TEST(FileSystem, RefusesNamesThatNoFileHas) {
         for (std::size_t i = 0; i < std::size(results); ++i)
             EXPECT_TRUE(!results[i] && failures[i].cause != Cause::none) << "operation " << i;
     }
-    EXPECT_EQ(folder.read("f"), "text");
+    EXPECT_EQ(folder.Read("f"), "text");
 }
 
 }  // namespace

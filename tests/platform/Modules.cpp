@@ -1,12 +1,11 @@
 #include <gtest/gtest.h>
+#include <kora/Test.h>
 
 #include "platform/Platform.h"
-#include "tests/support/TestFolder.h"
 
 namespace {
 
 using namespace kora::platform;
-using kora::test::TestFolder;
 
 std::string fixture(const char* name) { return environment().programDirectory() + "\\platform-fixtures\\" + name; }
 
@@ -19,17 +18,17 @@ std::string goodLibrary() {
 
 TEST(LoadModule, SaysWhyNotInOneSetOfNumbers) {
     const TestFolder folder;
-    folder.write("text.qzx", "This is no library.\n");
-    folder.write("empty.qzx", "");
+    folder.Write("text.qzx", "This is no library.\n");
+    folder.Write("empty.qzx", "");
     // libraries of the other platform and of another machine, as far as their heads tell
     std::string machine = goodLibrary(), other(4096, '\0');
     const bool windows = machine.starts_with("MZ");
-    folder.write("other.qzx", other.replace(0, 4, windows ? "\177ELF" : std::string("MZ\x90\0", 4)));
+    folder.Write("other.qzx", other.replace(0, 4, windows ? "\177ELF" : std::string("MZ\x90\0", 4)));
     machine[windows ? static_cast<unsigned char>(machine[0x3C]) + 4u : 18u] ^= 0x55;
-    folder.write("machine.qzx", machine);
+    folder.Write("machine.qzx", machine);
     const std::pair<std::string, std::uint32_t> rows[] = {
-        {folder.path("none.qzx"), 2},    {folder.path("text.qzx"), 193},    {folder.path("empty.qzx"), 193},
-        {folder.path("other.qzx"), 193}, {folder.path("machine.qzx"), 193}, {fixture("platform-needs.qzx"), 126},
+        {folder.Path("none.qzx"), 2},    {folder.Path("text.qzx"), 193},    {folder.Path("empty.qzx"), 193},
+        {folder.Path("other.qzx"), 193}, {folder.Path("machine.qzx"), 193}, {fixture("platform-needs.qzx"), 126},
     };
     for (const auto& [path, code] : rows) {
         LoadFailure failure;
@@ -45,9 +44,9 @@ TEST(LoadModule, SurvivesBrokenLibraries) {
     for (std::size_t length = 0; length < good.size(); length += 1 + good.size() / 60) {
         SCOPED_TRACE(length);
         const std::string name = std::to_string(length) + ".qzx";  // the loader knows files again
-        folder.write(name, good.substr(0, length));
+        folder.Write(name, good.substr(0, length));
         LoadFailure failure;
-        unloadModule(loadModule(folder.path(name), failure));
+        unloadModule(loadModule(folder.Path(name), failure));
     }
 }
 

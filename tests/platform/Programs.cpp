@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
+#include <kora/Test.h>
 
 #include "platform/Platform.h"
-#include "tests/support/TestFolder.h"
 
 namespace {
 
@@ -22,16 +22,16 @@ TEST(RunProgram, HandsItsArgumentsOver) {
         // nothing is a shell
         {"$HOME `x` ;echo", "$HOME\n`x`\n;echo\n"},
     };
-    const kora::test::TestFolder folder;
+    const TestFolder folder;
     Failure failure;
     for (const auto& [arguments, lines] : rows) {
-        const std::string all = '"' + folder.nativeText("out put") + "\" " + arguments;
+        const std::string all = '"' + folder.NativeText("out put") + "\" " + arguments;
         const std::string program = environment().programDirectory() + "\\platform-fixtures\\" PLATFORM_ECHO;
         ASSERT_TRUE(runProgram(program, all, 1, /*wait=*/true, failure)) << failure.code;
-        EXPECT_EQ(folder.read("out put"), lines) << arguments;
+        EXPECT_EQ(folder.Read("out put"), lines) << arguments;
     }
     for (const bool wait : {false, true}) {
-        EXPECT_FALSE(runProgram(folder.path("none"), "", 1, wait, failure));
+        EXPECT_FALSE(runProgram(folder.Path("none"), "", 1, wait, failure));
         EXPECT_EQ(failure.cause, Cause::notFound);
     }
 }

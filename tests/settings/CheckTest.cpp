@@ -29,8 +29,8 @@ constexpr IniKnownKey kKeys[] = {
 constexpr int kCount = std::size(kKeys);
 
 TEST_F(IniChecks, NameEveryLineThatNobodyReads) {
-    files.makeFolder("documents/more");
-    files.write("documents/more/a.ini", "[netbios]\nPort = x\n[Stations]\nA = 5\n[Stations]\n[NetBIOS]\nNamePort = 7 ;x\n");
+    files.MakeFolder("documents/more");
+    files.Write("documents/more/a.ini", "[netbios]\nPort = x\n[Stations]\nA = 5\n[Stations]\n[NetBIOS]\nNamePort = 7 ;x\n");
     main("stray = 1\n[System]\r\ntolfolder = x\n toolfolder = y\n; c\nLocalStateFile = ture\nIncludeFolder = more\n"
          "Colour = 1\nlengthunit = cm\n[Directories]\nAny = c:\\x\n");
     const std::string expected = "ts.ini:1 [] stray: stands in no section\n"

@@ -36,8 +36,8 @@ protected:
         kora::settingsStart();
     }
     static bool set() { return IniSetString(eIniState, "Frame", "Zoomed", "True"); }
-    bool leftovers() const { return files.has(kStateScratch) || files.has(kStateBackup); }
-    std::filesystem::path file() const { return files.native() / kState; }
+    bool leftovers() const { return files.Has(kStateScratch) || files.Has(kStateBackup); }
+    std::filesystem::path file() const { return files.Native() / kState; }
 };
 
 /// Asks ahead of every operation on a file whether it may be; anything but Cause::none is its failure.
@@ -74,8 +74,8 @@ TEST_F(FileSwap, EveryFaultLeavesAWholeFile) {
             for (int nth = 1; !(persistent && cause == Cause::busy); ++nth) {  // that would wait at every one
                 SCOPED_TRACE(testing::Message() << "operation " << nth << ", cause " << static_cast<int>(cause));
                 startWith(kOld);
-                files.write(kStateBackup, "of a swap that was broken off");
-                files.write(kStateScratch, "of a swap that was broken off, and longer than what comes now, as may be");
+                files.Write(kStateBackup, "of a swap that was broken off");
+                files.Write(kStateScratch, "of a swap that was broken off, and longer than what comes now, as may be");
                 bool answer = false, hit = false;
                 {
                     FileFault fault(nth, cause, persistent);
@@ -139,19 +139,19 @@ TEST_F(FileSwap, OthersAtWorkOnTheFileAreTakenAsTheyCome) {
         EXPECT_FALSE(leftovers());
     }
     EXPECT_FALSE(set());
-    EXPECT_THAT(files.read(kLog),
-                testing::HasSubstr("IniSetString: '" + files.path("userdata\\Veltrane\\Tessera5\\tsstate.ini") +
+    EXPECT_THAT(files.Read(kLog),
+                testing::HasSubstr("IniSetString: '" + files.Path("userdata\\Veltrane\\Tessera5\\tsstate.ini") +
                                    "' keeps its old text: "));
 }
 
 TEST_F(FileSwap, AMissingFileTakesItsBackupBack) {
-    files.makeFolder(kStateFolder);
-    files.write(kStateBackup, kOld);
+    files.MakeFolder(kStateFolder);
+    files.Write(kStateBackup, kOld);
     {
         Watched watched([](auto operation, auto&) { return operation == "rename" ? Cause::denied : Cause::none; });
         EXPECT_EQ(get(eIniState, "Frame", "Zoomed"), "(not found)");
         EXPECT_FALSE(set()) << "the backup would be lost";
-        EXPECT_FALSE(files.has(kState));
+        EXPECT_FALSE(files.Has(kState));
     }
     kora::settingsStop();
     EXPECT_EQ(get(eIniState, "Frame", "Zoomed"), "False");
@@ -160,15 +160,15 @@ TEST_F(FileSwap, AMissingFileTakesItsBackupBack) {
 
     // A backup beside a file that is there is none of its business, and a directory is nobody's backup.
     startWith(kOld);
-    files.write(kStateBackup, "[Frame]\nZoomed = older\n");
+    files.Write(kStateBackup, "[Frame]\nZoomed = older\n");
     EXPECT_EQ(get(eIniState, "Frame", "Zoomed"), "False");
     kora::settingsStop();
-    files.write("documents/qzold96.ert", "[S]\nk = 1\n");
+    files.Write("documents/qzold96.ert", "[S]\nk = 1\n");
     EXPECT_EQ(get(eIniMain, "S", "k"), "1");
-    EXPECT_TRUE(files.has(kMain));
-    files.makeFolder("work/qzold96.ert");
-    EXPECT_TRUE(IniMainFileSet(files.path("work\\own.ini").c_str()));
-    EXPECT_FALSE(files.has("work/own.ini"));
+    EXPECT_TRUE(files.Has(kMain));
+    files.MakeFolder("work/qzold96.ert");
+    EXPECT_TRUE(IniMainFileSet(files.Path("work\\own.ini").c_str()));
+    EXPECT_FALSE(files.Has("work/own.ini"));
 }
 
 #if !defined(_WIN32)
@@ -176,20 +176,20 @@ TEST_F(FileSwap, AMissingFileTakesItsBackupBack) {
 TEST_F(FileSwap, AFileKeepsItsPermissionsAndALinkItsTarget) {
     namespace fs = std::filesystem;
     startWith(kOld);
-    files.makeFolder("elsewhere");
-    fs::rename(file(), files.native() / "elsewhere/real");
-    fs::permissions(files.native() / "elsewhere/real", fs::perms(0640));
+    files.MakeFolder("elsewhere");
+    fs::rename(file(), files.Native() / "elsewhere/real");
+    fs::permissions(files.Native() / "elsewhere/real", fs::perms(0640));
     fs::create_symlink("../../../elsewhere/real", file());
     EXPECT_TRUE(set());
     EXPECT_TRUE(fs::is_symlink(file()));
-    EXPECT_EQ(files.read("elsewhere/real"), kNew);
+    EXPECT_EQ(files.Read("elsewhere/real"), kNew);
     EXPECT_EQ(fs::status(file()).permissions(), fs::perms(0640));
-    EXPECT_EQ(std::distance(fs::directory_iterator(files.native() / "elsewhere"), {}), 1) << "nothing is left";
+    EXPECT_EQ(std::distance(fs::directory_iterator(files.Native() / "elsewhere"), {}), 1) << "nothing is left";
     // What the link leads to is made, or taken back from the backup that stands there.
-    fs::remove(files.native() / "elsewhere/real");
+    fs::remove(files.Native() / "elsewhere/real");
     EXPECT_TRUE(set());
-    EXPECT_EQ(files.read("elsewhere/real"), "[Frame]\nZoomed = True\n");
-    fs::rename(files.native() / "elsewhere/real", files.native() / "elsewhere/qzold96.ert");
+    EXPECT_EQ(files.Read("elsewhere/real"), "[Frame]\nZoomed = True\n");
+    fs::rename(files.Native() / "elsewhere/real", files.Native() / "elsewhere/qzold96.ert");
     kora::settingsStop();
     EXPECT_EQ(get(eIniState, "Frame", "Zoomed"), "True");
 }

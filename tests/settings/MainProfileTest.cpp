@@ -23,16 +23,16 @@ protected:
 TEST_F(MainProfile, IsTheSearchsFirstHitElseInTheDocumentRoot) {
     EXPECT_EQ(k(), "(not found)");
     EXPECT_TRUE(IniSetString(eIniMain, "S", "k", "1"));
-    EXPECT_EQ(files.read(kMain), "[S]\nk = 1\n");
+    EXPECT_EQ(files.Read(kMain), "[S]\nk = 1\n");
     EXPECT_EQ(k(), "(not found)") << "it is read back only when it is read again";
     kora::settingsStop();
     EXPECT_EQ(k(), "1");
     EXPECT_TRUE(IniSetString(eIniMain, "s", "K", "2")) << "sections of the file are found without case";
-    EXPECT_EQ(files.read(kMain), "[S]\nK = 2\n");
+    EXPECT_EQ(files.Read(kMain), "[S]\nK = 2\n");
 
-    files.makeFolder(kStateFolder);
+    files.MakeFolder(kStateFolder);
     for (const char* place : {"program", "userdata/Veltrane/Tessera5"}) {
-        files.write(std::string(place) + "/ts.ini", std::string("[S]\nk = ") + place);
+        files.Write(std::string(place) + "/ts.ini", std::string("[S]\nk = ") + place);
         kora::settingsStop();
         EXPECT_EQ(k(), place);
     }
@@ -41,17 +41,17 @@ TEST_F(MainProfile, IsTheSearchsFirstHitElseInTheDocumentRoot) {
 TEST_F(MainProfile, PutsTheStateFileIntoTheSystemsDirectory) {
     main("[System]\nLocalStateFile = yes\n");
     EXPECT_TRUE(IniSetString(eIniState, "S", "k", "1"));
-    EXPECT_EQ(files.read("system/tsstate.ini"), "[S]\nk = 1\n");
-    EXPECT_FALSE(files.has(kState));
+    EXPECT_EQ(files.Read("system/tsstate.ini"), "[S]\nk = 1\n");
+    EXPECT_FALSE(files.Has(kState));
 }
 
 TEST_F(MainProfile, MergesTheFilesOfItsFolderInNameOrder) {
-    files.makeFolder("documents/more.d/deep");
-    files.write("documents/more.d/B.ini", "[S]\nb = B\nk = B\n[T]\nb = B\n");
-    files.write("documents/more.d/a.INI", "[S]\na = a\nk = a\nb = a\nb = again\n[System]\nIncludeFolder = deep\n");
-    files.write("documents/more.d/deep/x.ini", "[S]\nx = x\na = x\nb = x\n");
-    files.write("documents/more.d/c.ini.bak", "[S]\nc = c\n");
-    files.makeFolder("documents/more.d/d.ini");
+    files.MakeFolder("documents/more.d/deep");
+    files.Write("documents/more.d/B.ini", "[S]\nb = B\nk = B\n[T]\nb = B\n");
+    files.Write("documents/more.d/a.INI", "[S]\na = a\nk = a\nb = a\nb = again\n[System]\nIncludeFolder = deep\n");
+    files.Write("documents/more.d/deep/x.ini", "[S]\nx = x\na = x\nb = x\n");
+    files.Write("documents/more.d/c.ini.bak", "[S]\nc = c\n");
+    files.MakeFolder("documents/more.d/d.ini");
     main("[System]\nincludefolder = more.d\n[S]\nk = main\n");
     EXPECT_EQ(get(eIniMain, "S", "b"), "a");
     EXPECT_EQ(get(eIniMain, "T", "b"), "B");
@@ -59,11 +59,11 @@ TEST_F(MainProfile, MergesTheFilesOfItsFolderInNameOrder) {
     EXPECT_EQ(entries(), "k=main a=a b=a b=again x=x ");
 
     // cycles
-    files.makeFolder("documents/a");
-    files.makeFolder("documents/b");
-    files.write("documents/a/a.ini", "[System]\nIncludeFolder = ..\\B\n[S]\na = 1\n");
-    files.write("documents/b/b.ini", "[System]\nIncludeFolder = ..\\a\n[S]\nb = 1\n");
-    files.write("documents/b/c.ini", "[System]\nIncludeFolder = ..\n[S]\nc = 1\n");
+    files.MakeFolder("documents/a");
+    files.MakeFolder("documents/b");
+    files.Write("documents/a/a.ini", "[System]\nIncludeFolder = ..\\B\n[S]\na = 1\n");
+    files.Write("documents/b/b.ini", "[System]\nIncludeFolder = ..\\a\n[S]\nb = 1\n");
+    files.Write("documents/b/c.ini", "[System]\nIncludeFolder = ..\n[S]\nc = 1\n");
     main("[System]\nIncludeFolder = a\n[S]\nk = 1\n");
     EXPECT_EQ(entries(), "k=1 a=1 b=1 c=1 ");
     main("[System]\nIncludeFolder = nowhere\n[S]\nk = 1\n");

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <kora/Ini.h>
+#include <kora/Test.h>
 #include <kora/Trace.h>
 
 #include <gtest/gtest.h>
@@ -31,13 +32,13 @@ protected:
     static constexpr char kLog[] = "documents/ts_error_log.txt";
 
     void state(const std::string& text) {
-        files.makeFolder(kStateFolder);
-        files.write(kState, text);
+        files.MakeFolder(kStateFolder);
+        files.Write(kState, text);
     }
-    std::string state() const { return files.read(kState); }
+    std::string state() const { return files.Read(kState); }
     /// Writes the main profile and has it read.
     void main(const std::string& text) {
-        files.write(kMain, text);
+        files.Write(kMain, text);
         settingsStop();
         settingsStart();
     }

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <kora/Ini.h>
 #include <kora/Sht.h>
+#include <kora/Test.h>
 
 #include <functional>
 #include <stdexcept>
@@ -8,8 +9,6 @@
 #include <vector>
 
 #include "tests/support/AllocationFault.h"
-#include "tests/support/RecordedPresenter.h"
-#include "tests/support/TestFolder.h"
 
 namespace {
 
@@ -181,7 +180,7 @@ TEST(SheetOperations, SizeRowsAndColumnsToTheirTexts) {
 }
 
 TEST(SheetOperations, ExchangeTheSelectionWithTheClipboard) {
-    kora::test::RecordedPresenter presenter;
+    TestPresenter presenter;
     WatchedSheet sheet;
     ClpClear();
     sheet.ShtSheetPaste();
@@ -200,13 +199,13 @@ TEST(SheetOperations, ExchangeTheSelectionWithTheClipboard) {
 }
 
 TEST(ShtSheet, TakesItsFontAndColoursFromTheSettings) {
-    const kora::test::TestFolder folder;
-    folder.write("ts.ini",
+    const TestFolder folder;
+    folder.Write("ts.ini",
                  "[System SpreadSheet]\nCell Font = \"Face\" Bold 24\nCell Protected Color = pink\n"
                  "GridLines Color = 0x8000ff00\n");
-    ASSERT_TRUE(IniMainFileSet(folder.path("ts.ini").c_str()));
+    ASSERT_TRUE(IniMainFileSet(folder.Path("ts.ini").c_str()));
     ShtSheet sheet(nullptr, nullptr, 0);
-    ASSERT_TRUE(IniMainFileSet(folder.path("none.ini").c_str()));
+    ASSERT_TRUE(IniMainFileSet(folder.Path("none.ini").c_str()));
     sheet.ShtCellFlagsSet(0, 0, 1);
     for (const short n : {short{-1}, short{0}}) {
         EXPECT_EQ(sheet.ShtRowSizeGet(n), 400);

@@ -1,10 +1,9 @@
 #include <gtest/gtest.h>
 #include <kora/Sht.h>
+#include <kora/Test.h>
 
 #include <random>
 #include <string>
-
-#include "tests/support/RecordedPresenter.h"
 
 namespace {
 
@@ -110,7 +109,7 @@ struct RestlessSheet : ShtSheet {
 };
 
 TEST(ShtSheet, BearsWhateverItsOverridesDo) {
-    kora::test::RecordedPresenter presenter;
+    TestPresenter presenter;
     for (unsigned seed = 0; seed < 150; ++seed) {
         SCOPED_TRACE(seed);
         RestlessSheet sheet(seed);

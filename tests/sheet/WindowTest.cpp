@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <kora/Test.h>
 #include <kora/Tsk.h>
 #include <kora/Win.h>
 
@@ -8,7 +9,6 @@
 
 #include "platform/Platform.h"
 #include "tests/support/AllocationFault.h"
-#include "tests/support/RecordedPresenter.h"
 #include "tests/support/ScopedPlaces.h"
 #include "tests/support/VirtualSlot.h"
 
@@ -80,7 +80,7 @@ TEST(Window, KeepsItsSettings) {
 }
 
 TEST(Window, ShowsCursorsAndBeepsThroughTheSlots) {
-    struct Watched : WinWindow, kora::test::RecordedPresenter {
+    struct Watched : WinWindow, TestPresenter {
         void WinCursorSet(short cursor) override { shown.push_back(cursor); }
         void WinCreateDone() override { shown.push_back(-1); }
         void Beep() override { shown.push_back(-2); }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <kora/Str.h>
+#include <kora/Test.h>
 
 #include <algorithm>
 #include <bit>
@@ -9,8 +10,6 @@
 #include <cmath>
 #include <cstring>
 #include <random>
-
-#include "tests/support/TestFolder.h"
 
 using kora::formatBounded;
 
@@ -174,12 +173,12 @@ TEST(Strsprintf, CountsTheNul) {
 }
 
 TEST(Strfprintf, SaysWhenItCouldNotWrite) {
-    const kora::test::TestFolder folder;
-    const std::string path = folder.nativeText("out.txt"), text(900, 'x');
+    const TestFolder folder;
+    const std::string path = folder.NativeText("out.txt"), text(900, 'x');
     std::FILE* file = std::fopen(path.c_str(), "wb");
     EXPECT_EQ(Strfprintf(file, "%s%1000d", text.c_str(), 1), 1900);
     std::fclose(file);
-    EXPECT_EQ(folder.read("out.txt"), text + std::string(999, ' ') + "1");
+    EXPECT_EQ(folder.Read("out.txt"), text + std::string(999, ' ') + "1");
     file = std::fopen(path.c_str(), "rb");
     EXPECT_EQ(Strfprintf(file, "%1000d%d", 1, 2), -1);
     std::fclose(file);

@@ -1,11 +1,12 @@
 #pragma once
 
+#include <kora/Test.h>
+
 #include <map>
 #include <optional>
 #include <string>
 
 #include "platform/Platform.h"
-#include "tests/support/TestFolder.h"
 
 namespace kora::test {
 
@@ -15,7 +16,7 @@ class ScopedPlaces : public platform::Environment {
 public:
     ScopedPlaces() : before_(platform::environmentSet(this)) {
         for (const char* name : {"documents", "userdata", "shareddata", "system", "temporary", "work", "program"})
-            folder.makeFolder(name);
+            folder.MakeFolder(name);
     }
     ~ScopedPlaces() override { platform::environmentSet(before_); }
 
@@ -38,7 +39,7 @@ public:
 private:
     std::string place(const std::string& name) const {
         const auto found = instead.find(name);
-        return found == instead.end() ? folder.path(name) : found->second;
+        return found == instead.end() ? folder.Path(name) : found->second;
     }
 
     platform::Environment* before_;

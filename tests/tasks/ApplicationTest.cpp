@@ -2,6 +2,7 @@
 
 #include <kora/File.h>
 #include <kora/Ini.h>
+#include <kora/Test.h>
 #include <kora/Tmr.h>
 #include <kora/Trace.h>
 #include <kora/Tsk.h>
@@ -11,7 +12,6 @@
 
 #include "paths/SharedDirectories.h"
 #include "tasks/Registry.h"
-#include "tests/support/RecordedPresenter.h"
 #include "tests/support/ScopedPlaces.h"
 
 namespace {
@@ -55,7 +55,7 @@ protected:
     std::vector<std::string> take() { return std::exchange(steps, {}); }
 
     kora::test::ScopedPlaces places_;
-    kora::test::RecordedPresenter presenter_;
+    TestPresenter presenter_;
     HostApplication host_;
 };
 
@@ -114,7 +114,7 @@ TEST_F(Application, NotesItsBeginningAndEndInTheLog) {
     Startup(nullptr, nullptr);
     ExitInstance();
     TraceToFileSet(false);
-    const std::string log = places_.folder.read("documents/ts_error_log.txt");
+    const std::string log = places_.folder.Read("documents/ts_error_log.txt");
     // The dump alone makes the log too long to show.
     EXPECT_NE(log.find(" - Hello!\n"), log.npos);
     EXPECT_NE(log.find(") Exit Trace\n"), log.npos);

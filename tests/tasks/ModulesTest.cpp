@@ -4,31 +4,25 @@
 #include <kora/File.h>
 #include <kora/Ini.h>
 #include <kora/Str.h>
+#include <kora/Test.h>
 #include <kora/Tmr.h>
 #include <kora/Tsk.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <vector>
-
-#include "tests/support/TestFolder.h"
 
 // Module files as users have them, loaded by the shared library.
 
 namespace {
 
-using kora::test::TestFolder;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Log = std::vector<std::string>;
 
 // Everything that is said, in one row: what modules do, progress, and alerts of the library.
-class RowOfEvents : public MsgPresenter {
+class RowOfEvents : public TestPresenter {
 public:
-    RowOfEvents() : before_(MsgPresenterSet(this)) {}
-    ~RowOfEvents() override { MsgPresenterSet(before_); }
     int Alert(const char* text, unsigned) override {
         log.emplace_back(text);
         return 1;
@@ -40,40 +34,24 @@ public:
     void Progress(const char* text) override { log.emplace_back(std::string("> ") + text); }
 
     Log log;
-
-private:
-    MsgPresenter* before_;
 };
 
 class Modules : public testing::Test {
 protected:
-    static void SetUpTestSuite() {
-        home = std::make_unique<TestFolder>();
-#if !defined(_WIN32)
-        setenv("HOME", home->nativeText().c_str(), 1);
-        unsetenv("XDG_CONFIG_HOME");
-#endif
-    }
-    static void TearDownTestSuite() { home.reset(); }
-
     void SetUp() override {
-        folder_.makeFolder("tools");
-        profile("NugPinNameDisplayUp = 7\ntoolfolder = \"" + folder_.nativeText("tools") + '"');
+        folder_.MakeFolder("tools");
+        profile("NugPinNameDisplayUp = 7\ntoolfolder = \"" + folder_.NativeText("tools") + '"');
         add("a");
     }
     void TearDown() override {
         if (TskExitKoraQuery()) ExitInstance();
-        IniMainFileSet(nullptr);
     }
 
-    void profile(const std::string& system) {
-        folder_.write("ts.ini", "[System]\n" + system + '\n');
-        ASSERT_TRUE(IniMainFileSet(folder_.nativeText("ts.ini").c_str()));
-    }
+    void profile(const std::string& system) { profile_.Set({"[System]", system}); }
     void add(const std::string& fixture, std::string as = "") {
         if (as.empty()) as = fixture + ".qzx";
         std::filesystem::copy_file(std::filesystem::path(KORA_FIXTURES) / (fixture + ".qzx"),
-                                   folder_.native() / "tools" / as);
+                                   folder_.Native() / "tools" / as);
     }
 
     // What has been said since the last call.
@@ -85,14 +63,15 @@ protected:
         return alerts;
     }
 
+    TestPlaces places_;
+    TestProfile profile_;
     TestFolder folder_;
     RowOfEvents events_;
-    static inline std::unique_ptr<TestFolder> home;
 };
 
 TEST_F(Modules, GoThroughTheirLifeInNameOrder) {
     add("b", "B.QZX");
-    folder_.write("tools/c.qz", "not a module file by its name");
+    folder_.Write("tools/c.qz", "not a module file by its name");
     ASSERT_NE(Startup(nullptr, nullptr), 0);
     EXPECT_THAT(take(),
                 ElementsAre("> Loading a.qzx", "> Loading B.QZX", "> Phase 1 initialization of a", "a: init 1",
@@ -175,7 +154,7 @@ TEST_F(Modules, MisbehavingHarmNoOthers) {
          1,
          true},
     };
-    std::filesystem::rename(folder_.native() / "tools" / "a.qzx", folder_.native() / "tools" / "z.qzx");
+    std::filesystem::rename(folder_.Native() / "tools" / "a.qzx", folder_.Native() / "tools" / "z.qzx");
     for (const auto& row : rows) {
         SCOPED_TRACE(row.fixture);
         add(row.fixture, "bad.qzx");
@@ -189,18 +168,18 @@ TEST_F(Modules, MisbehavingHarmNoOthers) {
         EXPECT_THAT(events_.log, testing::Contains("a: gone"));
         EXPECT_EQ(takeOfOthers(), row.atExit);
         // On Windows only a library that is unloaded can be removed.
-        EXPECT_TRUE(std::filesystem::remove(folder_.native() / "tools" / "bad.qzx"));
+        EXPECT_TRUE(std::filesystem::remove(folder_.Native() / "tools" / "bad.qzx"));
     }
 }
 
 TEST_F(Modules, ThatCannotBeLoadedAreNamedWithTheReason) {
     // The same library for another processor: the machine stands at 18 in one format, behind "PE\0\0" in the other.
-    std::string foreign = folder_.read("tools/a.qzx");
+    std::string foreign = folder_.Read("tools/a.qzx");
     const bool windows = foreign.starts_with("MZ");
     foreign.replace(windows ? foreign.find(std::string("PE\0\0", 4)) + 4 : 18, 2, windows ? "\x64\x86" : "\x28\x00", 2);
-    folder_.write("tools/foreign.qzx", foreign);
-    folder_.write("tools/nothing.qzx", "");
-    folder_.write("tools/text.qzx", "This is no library.\n");
+    folder_.Write("tools/foreign.qzx", foreign);
+    folder_.Write("tools/nothing.qzx", "");
+    folder_.Write("tools/text.qzx", "This is no library.\n");
     ASSERT_NE(Startup(nullptr, nullptr), 0);
     const auto failure = [](const std::string& name) {
         return testing::AllOf(testing::StartsWith("Error \"(193): Unknown Error\" loading module "),
@@ -232,8 +211,8 @@ TEST_F(Modules, MayRefuseToQuit) {
 }
 
 TEST_F(Modules, AbsentFromTheirFolderAreMissed) {
-    profile("toolfolder = \"" + folder_.nativeText("empty") + '"');
-    folder_.makeFolder("empty");
+    profile("toolfolder = \"" + folder_.NativeText("empty") + '"');
+    folder_.MakeFolder("empty");
     ASSERT_NE(Startup(nullptr, nullptr), 0);
     EXPECT_THAT(take(), ElementsAre(testing::MatchesRegex("There are no code modules in the specified tools directory "
                                                           "'.:\\\\.*\\\\empty'"),

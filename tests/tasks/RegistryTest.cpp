@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <kora/Test.h>
 #include <kora/Tsk.h>
 
 #include <functional>
@@ -8,7 +9,6 @@
 
 #include "tasks/LoadReasons.h"
 #include "tasks/Registry.h"
-#include "tests/support/RecordedPresenter.h"
 
 namespace {
 
@@ -127,7 +127,7 @@ TEST_F(RegistryOfModules, WalksSurviveTheirModules) {
     EXPECT_THAT(take(), ElementsAre("e asked", "last asked", "~e", "~last", "~later"));
     EXPECT_TRUE(TskExitKoraQuery()) << "without a registry everybody agrees";
 
-    kora::test::RecordedPresenter presenter;
+    TestPresenter presenter;
     (new OwnModule("throws"))->onRequest = [] { throw 1; };
     EXPECT_FALSE(TskExitKoraQuery());
     EXPECT_EQ(presenter.errors.size(), 1U);

@@ -1,7 +1,7 @@
 #include "tasks/Timers.h"
 
 #include <gmock/gmock.h>
-#include <kora/Tmr.h>
+#include <kora/Test.h>
 
 #include <algorithm>
 #include <list>
@@ -11,18 +11,10 @@
 
 namespace {
 
-unsigned long tick;
-
 class Timers : public testing::Test {
 protected:
-    Timers() {
-        TmrClockSet([] { return tick; });
-        tick = 1000;
-    }
-    ~Timers() override {
-        kora::timersStop();
-        TmrClockSet(nullptr);
-    }
+    ~Timers() override { kora::timersStop(); }
+    TestClock clock_;
 };
 
 struct Real {
@@ -49,7 +41,7 @@ struct Model {
         void TmrStart() {
             if (std::exchange(state, 0) != 0) ++counter();
             if (isIdle()) return;
-            due = static_cast<std::uint32_t>(tick) + interval_;
+            due = static_cast<std::uint32_t>(TmrElapse()) + interval_;
             doTimed();
         }
         void TmrStop() {
@@ -79,7 +71,7 @@ struct Model {
 
     static void pass(bool idle) {
         if (std::exchange(inPass[idle], true)) return;
-        const auto now = static_cast<std::uint32_t>(tick);
+        const auto now = static_cast<std::uint32_t>(TmrElapse());
         for (auto place = rows[idle].begin(); place != rows[idle].end(); place = nexts[idle]) {
             nexts[idle] = std::next(place);
             Timer* timer = *place;
@@ -107,7 +99,7 @@ struct Model {
         std::int64_t least = -1;
         for (const Timer* t : rows[false])
             if (t->state == 0 && (least < 0 || t->due < least)) least = t->due;
-        return least < 0 ? -1 : std::max<std::int64_t>(0, least + 1 - static_cast<std::int64_t>(tick));
+        return least < 0 ? -1 : std::max<std::int64_t>(0, least + 1 - static_cast<std::int64_t>(TmrElapse()));
     }
 
     static inline std::list<Timer*> rows[2];
@@ -181,13 +173,13 @@ private:
 TEST_F(Timers, ActAsTheModel) {
     for (unsigned seed = 1; seed <= 60; ++seed) {
         std::mt19937 random(seed + 1000);
-        tick = seed % 3 == 0 ? 0xFFFFFFE0 : 1000;
+        clock_.Set(seed % 3 == 0 ? 0xFFFFFFE0 : 1000);
         Bench<Model> model(seed);
         Bench<Real> real(seed);
         for (int step = 0; step < 400; ++step) {
             SCOPED_TRACE(testing::Message() << "seed " << seed << " step " << step);
             const bool jumps = seed % 2 == 0 && random() % 8 == 0;
-            tick = (tick + random() % 3 + (jumps ? random() % 20 - 10 : 0)) & 0xFFFFFFFF;
+            clock_.Advance(random() % 3 + (jumps ? random() % 20 - 10 : 0));
             real.act();
             model.act();
             ASSERT_EQ(real.log, model.log);
@@ -221,7 +213,7 @@ TEST_F(Timers, AnExceptionLeavesThePassesOpen) {
     thrower.TmrStart();
     behind.TmrStart();
     idle.TmrStart();
-    tick += 5;
+    clock_.Advance(5);
     EXPECT_THROW(TmrDoTimedTimers(), int);
     TmrDoTimedTimers();
     EXPECT_TRUE(behind.fired);

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <kora/Test.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -10,7 +11,6 @@
 #include <set>
 
 #include "platform/Platform.h"
-#include "tests/support/TestFolder.h"
 
 namespace {
 
@@ -18,11 +18,11 @@ using namespace kora::platform;
 
 class PosixFiles : public testing::Test {
 protected:
-    std::string at(const char* name) const { return folder.path(name); }
+    std::string at(const char* name) const { return folder.Path(name); }
     bool reads(const char* name) { return files.read(at(name), bytes, failure); }
-    void mark(const char* name, mode_t mode) { ASSERT_EQ(chmod(folder.nativeText(name).c_str(), mode), 0); }
+    void mark(const char* name, mode_t mode) { ASSERT_EQ(chmod(folder.NativeText(name).c_str(), mode), 0); }
 
-    const kora::test::TestFolder folder;
+    const TestFolder folder;
     FileSystem& files = fileSystem();
     Failure failure;
     std::string bytes;
@@ -43,13 +43,13 @@ TEST_F(PosixFiles, AreFoundInADirectoryThatChanges) {
         const std::string name = anyCase(), asked = anyCase();
         const auto what = random() % 8;
         if (what == 0) {
-            folder.write(name, name);
+            folder.Write(name, name);
             there.insert(name);
         } else if (what < 3) {
-            std::filesystem::remove(folder.native() / name);
+            std::filesystem::remove(folder.Native() / name);
             there.erase(name);
         } else if (what == 3) {
-            for (const std::string& each : there) std::filesystem::remove(folder.native() / each);
+            for (const std::string& each : there) std::filesystem::remove(folder.Native() / each);
             there.clear();
         }
         for (int again = 0; again < 2; ++again) {
@@ -64,11 +64,11 @@ TEST_F(PosixFiles, AreFoundInADirectoryThatChanges) {
 }
 
 TEST_F(PosixFiles, ThatAreNotOrdinaryAreRefusedWithoutWaiting) {
-    ASSERT_EQ(mkfifo(folder.nativeText("pipe").c_str(), 0600), 0);
+    ASSERT_EQ(mkfifo(folder.NativeText("pipe").c_str(), 0600), 0);
     const int server = socket(AF_UNIX, SOCK_STREAM, 0);
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
-    folder.nativeText("socket").copy(address.sun_path, sizeof address.sun_path - 1);
+    folder.NativeText("socket").copy(address.sun_path, sizeof address.sun_path - 1);
     ASSERT_EQ(bind(server, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
     for (const std::string& path : {at("pipe"), at("socket"), std::string("Z:\\dev\\null")}) {
         EXPECT_FALSE(files.read(path, bytes, failure));
@@ -88,8 +88,8 @@ TEST_F(PosixFiles, ThatAreNotOrdinaryAreRefusedWithoutWaiting) {
 }
 
 TEST_F(PosixFiles, KeepToPermissions) {
-    folder.write("secret.qzx", "x");
-    folder.makeFolder("shut");
+    folder.Write("secret.qzx", "x");
+    folder.MakeFolder("shut");
     mark("secret.qzx", 0);
     mark("shut", 0555);
     mark("", 0755);
@@ -119,22 +119,22 @@ TEST_F(PosixFiles, SayThatThereIsNoRoom) {
     signal(SIGXFSZ, handler);
     EXPECT_FALSE(written);
     EXPECT_EQ(failure.cause, Cause::full);
-    EXPECT_EQ(folder.read("f"), std::string(10'000, 'x'));
+    EXPECT_EQ(folder.Read("f"), std::string(10'000, 'x'));
 }
 
 // One file is one file, whichever way leads to it: renaming it onto itself must not lose it.
 TEST_F(PosixFiles, RenamedOntoThemselvesByAnotherWayAreKept) {
-    folder.makeFolder("d");
-    folder.write("d/f", "text");
-    std::filesystem::create_directory_symlink("d", folder.native() / "way");
+    folder.MakeFolder("d");
+    folder.Write("d/f", "text");
+    std::filesystem::create_directory_symlink("d", folder.Native() / "way");
     EXPECT_TRUE(files.rename(at("d\\f"), at("way\\f"), failure));
-    EXPECT_EQ(folder.read("d/f"), "text");
+    EXPECT_EQ(folder.Read("d/f"), "text");
     ASSERT_TRUE(files.link(at("d\\f"), at("d\\g"), failure));
     EXPECT_TRUE(files.rename(at("d\\f"), at("way\\g"), failure));
-    EXPECT_FALSE(folder.has("d/f"));
+    EXPECT_FALSE(folder.Has("d/f"));
     ASSERT_TRUE(files.rename(at("d\\g"), at("D\\G"), failure));
-    EXPECT_EQ(folder.read("d/G"), "text");  // a new letter case is a new name
-    EXPECT_FALSE(folder.has("d/g"));
+    EXPECT_EQ(folder.Read("d/G"), "text");  // a new letter case is a new name
+    EXPECT_FALSE(folder.Has("d/g"));
 }
 
 }  // namespace

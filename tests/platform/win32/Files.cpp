@@ -2,16 +2,15 @@
 #include <windows.h>
 
 #include <gtest/gtest.h>
+#include <kora/Test.h>
 
 #include <functional>
 
 #include "platform/Platform.h"
-#include "tests/support/TestFolder.h"
 
 namespace {
 
 using namespace kora::platform;
-using kora::test::TestFolder;
 
 /// Another program that has a file open for reading and lets others do what @p share says.
 class Held {
@@ -30,9 +29,9 @@ private:
 
 TEST(HeldFile, IsBusy) {
     const TestFolder folder;
-    folder.write("held", "old");
-    folder.write("new", "new");
-    const std::string held = folder.path("held"), other = folder.path("new");
+    folder.Write("held", "old");
+    folder.Write("new", "new");
+    const std::string held = folder.Path("held"), other = folder.Path("new");
     FileSystem& files = fileSystem();
     std::string bytes;
     struct Row {
@@ -44,7 +43,7 @@ TEST(HeldFile, IsBusy) {
         {"replace", [&](Failure& f) { return files.write(held, "x", WriteMode::replace, false, f); }},
         {"append", [&](Failure& f) { return files.write(held, "x", WriteMode::append, false, f); }},
         {"remove", [&](Failure& f) { return files.remove(held, f); }},
-        {"rename", [&](Failure& f) { return files.rename(held, folder.path("to"), f); }},
+        {"rename", [&](Failure& f) { return files.rename(held, folder.Path("to"), f); }},
         {"rename over it", [&](Failure& f) { return files.rename(other, held, f); }},
     };
     Failure failure;
@@ -59,7 +58,7 @@ TEST(HeldFile, IsBusy) {
         EXPECT_TRUE(files.status(held, status, failure));
     }
     EXPECT_TRUE(files.rename(other, held, failure));
-    EXPECT_EQ(folder.read("held"), "new");
+    EXPECT_EQ(folder.Read("held"), "new");
 }
 
 TEST(DeviceNames, AreNoFiles) {
