@@ -104,7 +104,7 @@ TEST(KoraTrace, ReadsRandomRings) {
         }
         if (expected.size() > 1024) expected.erase(expected.begin(), expected.end() - 1024);
         TraceDump("round", true);
-        const std::string json = shown(places.folder.read("documents/ts_error_log.txt"), Format::json);
+        const std::string json = shown(places.folder.Read("documents/ts_error_log.txt"), Format::json);
         const std::regex word(
             R"re("age": (\d+), "word": "(\w+)"(?:, "kind": "(step|fault)", "level": (\d+), "dataFlag": \w+, )re"
             R"re("module": (\d+), "moduleName": [^,]*, "file": (\d+), "fileName": [^,]*, "location": (\d+))?)re");
@@ -220,12 +220,12 @@ TEST(KoraTrace, BundlesWhatItSaysWithoutHomePaths) {
     EXPECT_EQ(homes.removedFrom("/home/anna/x /home/annabel/x srv\\ab ab\\srv"), "~/x /home/~/x srv\\~ ab\\srv");
     EXPECT_EQ(homes.removedFrom("c:/users/ANNA B/x D:\\Anna\\x \\Users\\eve said"), "~/x D:\\~\\x \\Users\\~ said");
     kora::test::ScopedPlaces places;
-    const std::string home = places.folder.nativeText("anna"), zip = places.folder.nativeText("out.zip");
+    const std::string home = places.folder.NativeText("anna"), zip = places.folder.NativeText("out.zip");
     places.variables["HOME"] = home;
-    for (const char* folder : {"anna", "tools"}) places.folder.makeFolder(folder);
-    places.folder.write("tools/netlist.qzx", "12345");
-    places.folder.write("anna/ts.ini", "[System]\ntoolfolder = " + places.folder.nativeText("tools") + "\nx = " + home);
-    places.folder.write("anna/log.txt", "opened " + home + "/x\n" + dumpText(1, "why", {kora::trace::kIdlePass}));
+    for (const char* folder : {"anna", "tools"}) places.folder.MakeFolder(folder);
+    places.folder.Write("tools/netlist.qzx", "12345");
+    places.folder.Write("anna/ts.ini", "[System]\ntoolfolder = " + places.folder.NativeText("tools") + "\nx = " + home);
+    places.folder.Write("anna/log.txt", "opened " + home + "/x\n" + dumpText(1, "why", {kora::trace::kIdlePass}));
     std::stringstream in, out, messages;
     const auto bundle = [&](const char* option, const char* more) {
         Options options;
@@ -235,10 +235,10 @@ TEST(KoraTrace, BundlesWhatItSaysWithoutHomePaths) {
         const int code = run(options, {in, out, messages, false, false});
         return IniMainFileSet(nullptr) ? code : -1;
     };
-    EXPECT_TRUE(bundle("--list-only", "--json") == 0 && !places.folder.has("out.zip"));
+    EXPECT_TRUE(bundle("--list-only", "--json") == 0 && !places.folder.Has("out.zip"));
     EXPECT_TRUE(bundle("--last", "1") == 0 && bundle("--last", "1") == 1);
     EXPECT_TRUE(bundle("--force", "--json") == 0 && messages.str().find("is there already") != std::string::npos);
-    const std::string archive = places.folder.read("out.zip");
+    const std::string archive = places.folder.Read("out.zip");
     const auto number = [&](std::size_t at) {
         return std::uint8_t(archive.at(at)) + 256u * std::uint8_t(archive.at(at + 1));  // all are small
     };
