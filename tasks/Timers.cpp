@@ -218,7 +218,8 @@ bool timersNextDue(std::uint32_t& milliseconds) {
     if (timers.leastDue == kNever) return false;
     const std::uint32_t now = timers.now();
     // A timer fires on the tick behind the one at which it is due.
-    milliseconds = timers.leastDue < now ? 0 : static_cast<std::uint32_t>(timers.leastDue - now) + 1;
+    const std::uint64_t rest = timers.leastDue < now ? 0 : timers.leastDue - now + 1;
+    milliseconds = static_cast<std::uint32_t>(std::min<std::uint64_t>(rest, UINT32_MAX));
     return true;
 }
 
