@@ -17,24 +17,21 @@ constexpr const char* kSection = "NetBIOS";
 constexpr int kNamePort = 137, kDatagramPort = 138;
 
 // A port that is none stays 0, which the driver refuses, rather than becoming one that nobody asked for.
-std::uint16_t port(const char* key, int byDefault) {
-    int value = byDefault;
-    IniGetInt(eIniMain, kSection, key, byDefault, value);
+std::uint16_t port(int value) {
     return value > 0 && value <= 0xFFFF ? static_cast<std::uint16_t>(value) : std::uint16_t{0};
 }
 
-std::string text(const char* key) {
-    CString value;
-    IniGetString(eIniMain, kSection, key, value, /*unquote=*/true);
-    return value;
-}
-
 platform::NetworkSettings settings() {
-    return {.device = text("Interface"),
-            .broadcast = text("Broadcast"),
-            .namePort = port("NamePort", kNamePort),
-            .datagramPort = port("DatagramPort", kDatagramPort),
-            .scope = text("Scope")};
+    platform::NetworkSettings found;
+    int namePort = kNamePort, datagramPort = kDatagramPort;
+    IniGetString(eIniMain, kSection, "Interface", found.device, /*unquote=*/true);
+    IniGetString(eIniMain, kSection, "Broadcast", found.broadcast, /*unquote=*/true);
+    IniGetInt(eIniMain, kSection, "NamePort", namePort);
+    IniGetInt(eIniMain, kSection, "DatagramPort", datagramPort);
+    IniGetString(eIniMain, kSection, "Scope", found.scope, /*unquote=*/true);
+    found.namePort = port(namePort);
+    found.datagramPort = port(datagramPort);
+    return found;
 }
 
 unsigned char platformDriver(NetNcb* block) {
