@@ -25,14 +25,20 @@ ValueFault boolFault(std::string_view text) {
     return {"neither yes nor no", nearest.name()};
 }
 
-ValueFault numberFault(std::string_view text, std::uint32_t greatest) {
-    std::string_view rest = text;
-    const auto number = scanNumber(rest, 10);
-    if (!number || !isEnd(rest)) return {"no whole number", ""};
-    const bool negative = text.starts_with('-');
+/// Takes a number from @p text; false when there is none. @p fits becomes false for one beyond @p greatest.
+bool takeNumber(std::string_view& text, std::uint32_t greatest, bool& fits) {
+    const bool negative = trimStart(text).starts_with('-');
+    const auto number = scanNumber(text, 10);
+    if (!number) return false;
     const std::uint32_t size = negative ? 0 - number->value : number->value;
-    if (number->wrapped || size > greatest + (negative ? 1 : 0)) return {"out of range", ""};
-    return {};
+    fits = fits && !number->wrapped && size <= greatest + (negative ? 1 : 0);
+    return true;
+}
+
+ValueFault numberFault(std::string_view text, std::uint32_t greatest) {
+    bool fits = true;
+    if (!takeNumber(text, greatest, fits) || !isEnd(text)) return {"no whole number", ""};
+    return fits ? ValueFault{} : ValueFault{"out of range", ""};
 }
 
 ValueFault colourFault(std::string_view text) {
@@ -53,9 +59,11 @@ ValueFault colourFault(std::string_view text) {
 }
 
 ValueFault rectFault(std::string_view text) {
+    bool fits = true;
     for (int i = 0; i < 4; ++i)
-        if (!scanNumber(text, 10)) return {"not four whole numbers", ""};
-    return isEnd(text) ? ValueFault{} : ValueFault{"not four whole numbers", ""};
+        if (!takeNumber(text, INT32_MAX, fits)) return {"not four whole numbers", ""};
+    if (!isEnd(text)) return {"not four whole numbers", ""};
+    return fits ? ValueFault{} : ValueFault{"out of range", ""};
 }
 
 ValueFault fontFault(std::string_view text) {
