@@ -1,4 +1,9 @@
+#include <gmock/gmock.h>
+
 #include <fstream>
+#include <iterator>
+#include <regex>
+#include <set>
 
 #include "settings/KnownKeys.h"
 #include "tests/settings/StoreFixture.h"
@@ -59,7 +64,7 @@ TEST_F(IniChecks, WantAWholeValueOfItsKind) {
     const CStringArray bad = {"b = 1", "b = yes!", "n = x", "n = 12abc", "n = 0x10", "n = 2147483648", "n = 1.5",
         "n = -2147483649", "n = 4294967297", "s = 32768", "s = -32769", "c = puce", "c = red ;", "c = 0xFF0000",
         "c = 0x180FF0000", "c = 0x", "c = 0x82000000", "c = 12", "r = 1 2 3", "r = 1,2,3,4", "r = 1 2 3 4x",
-        "f = Swiss 10", "f = \"A\" 10pt", "f = \"A\" Blod", "p = " + std::string(300, 'x')};
+        "r = 1 2 3 2147483648", "f = Swiss 10", "f = \"A\" 10pt", "f = \"A\" Blod", "p = " + std::string(300, 'x')};
     for (const CStringArray* rows : {&good, &bad})
         for (const CString& row : *rows) {
             main("[M]\n" + row + '\n');
@@ -84,6 +89,29 @@ TEST(SettingsReference, IsWhatIsKnown) {
         expected += CString("[") + key.section + "]| " + (key.key ? code(key.key) : "any") + " | " + kinds[key.kind] +
                     " | " + (*key.def ? code(key.def) : "none") + " | " + key.meaning + " |\n";
     EXPECT_EQ(rows, expected);
+}
+
+// The library's sources read every known key, and no other. A key that does not stand at the call would not be found.
+TEST(KnownKeys, AreTheOnesThatTheSourcesRead) {
+    const std::regex reads(R"re((IniGet\w+|profileValue|findProfileEntry)\((eIni\w+|text),\s*([^,]+),\s*([^,)]+))re");
+    std::set<std::string> read, known;
+    std::ifstream sources(KORA_LIBRARY_SOURCES);
+    for (std::string path; std::getline(sources, path);) {
+        std::ifstream file(path);
+        const std::string text{std::istreambuf_iterator<char>(file), {}};
+        for (std::sregex_iterator at(text.begin(), text.end(), reads), end; at != end; ++at) {
+            if ((*at)[2] == "text" && path.find("/settings/") == path.npos) continue;  // of another file than a profile
+            std::string section = (*at)[3], key = (*at)[4];
+            std::smatch constant;
+            if (std::regex_search(text, constant, std::regex("\\b" + section + " = (\"[^\"]*\");")))
+                section = constant[1];
+            read.insert(section + (section == "\"Directories\"" ? "" : ' ' + key));
+        }
+    }
+    IniKnownKey key;
+    for (int i = 0; IniKnownKeyGet(i, key); ++i)
+        known.insert(CString("\"") + key.section + (key.key ? CString("\" \"") + key.key + '"' : CString("\"")));
+    EXPECT_THAT(read, testing::ContainerEq(known));
 }
 
 }  // namespace
