@@ -8,6 +8,7 @@ namespace {
 
 enum : std::uint16_t { kProgram = 2, kShared = 3 };                      // types of files
 enum : std::uint32_t { kLoad = 1, kDynamic = 2 };                        // types of segments
+enum : unsigned { kVersion = 1, kAnySystem = 0, kLinux = 3 };            // of the head
 enum : unsigned { kLocal = 0, kWeak = 2, kHidden = 2, kUndefined = 0 };  // of symbols
 constexpr std::uint64_t kPositionIndependentProgram = 0x08000000;        // DT_FLAGS_1
 constexpr std::uint16_t kMayBeMissing = 2;                               // of versions
@@ -244,10 +245,14 @@ void readElf(Image& image, BinaryFile& file) {
     if (!image.holds(0, 6) || image.u32(0) != 0x464C457F) return;
     file.format = BinaryFile::Format::elf;
     const unsigned words = image.u8(4), order = image.u8(5);
-    if ((words != 1 && words != 2) || (order != 1 && order != 2)) throw Damage{"its head is of an unknown kind"};
+    const unsigned headVersion = image.u8(6), system = image.u8(7);
+    if ((words != 1 && words != 2) || (order != 1 && order != 2) || headVersion != kVersion)
+        throw Damage{"its head is of an unknown kind"};
     file.bits = words == 1 ? 32 : 64;
     file.bigEndian = order == 2;
     image.bigEndianSet(file.bigEndian);
+    if ((system != kAnySystem && system != kLinux) || image.u32(20) != kVersion)
+        throw Damage{"it is for another system, or in a later version of the format"};
     file.machine = image.u16(18);
     Reader(image, file).read();
 }

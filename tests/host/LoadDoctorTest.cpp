@@ -82,6 +82,7 @@ TEST(LoadDoctor, HostileHeadsAreRefused) {
     const std::tuple<const char*, std::size_t, unsigned char, const char*> rows[] = {
         {"good-x86-64.elf", 18, 0xB7, "It is for ELF 64-bit ARM64 and this host is"},
         {"good-x86-64.elf", 5, 7, "damaged, its head is of an unknown kind"},
+        {"good-x86-64.elf", 7, 9, "damaged, it is for another system"},
         {"good-x86-64.elf", 16, 2, "This is a program"},
         {"good-x86-64.elf", 39, 0xFF, "damaged, the table of segments reaches beyond its end"},
         {"good-x86-64.elf", 57, 0xFF, "damaged, it has more segments than any library"},
