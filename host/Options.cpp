@@ -3,6 +3,7 @@
 #include <charconv>
 #include <filesystem>
 #include <string_view>
+#include <utility>
 
 namespace kora::host {
 
@@ -29,6 +30,8 @@ const char kUsage[] =
 
 namespace {
 
+using Task = Options::Task;
+
 bool readNumber(std::string_view text, long& number) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     return error == std::errc() && end == text.data() + text.size() && number >= 0;
@@ -37,6 +40,13 @@ bool readNumber(std::string_view text, long& number) {
 // Relative to where the user stands, not to the program.
 std::string whole(const std::string& path) { return std::filesystem::absolute(path).lexically_normal().string(); }
 
+/// There is one task.
+bool takeTask(Options& options, Task task) {
+    if (options.task != Task::run) return false;
+    options.task = task;
+    return true;
+}
+
 /// Takes an option that has a value.
 bool takeValue(Options& options, std::string_view option, const std::string& value) {
     if (value.empty()) return false;
@@ -44,11 +54,8 @@ bool takeValue(Options& options, std::string_view option, const std::string& val
     if (option == "--ini") options.ini = whole(value);
     if (option == "--tools") options.tools = whole(value);
     if (option == "--report") options.report = value == "-" ? value : whole(value);
-    if (option == "--why") {
-        options.task = Options::Task::why;
-        options.why = value;
-    }
-    return true;
+    if (option == "--why") options.why = value;
+    return option != "--why" || takeTask(options, Task::why);
 }
 
 bool takeSwitch(Options& options, std::string_view option) {
@@ -56,8 +63,15 @@ bool takeSwitch(Options& options, std::string_view option) {
     if (option == "--exit") return options.exit = true;
     if (option == "--all") return options.all = true;
     if (option != "--help" && option != "--list") return false;
-    options.task = option == "--help" ? Options::Task::help : Options::Task::list;
-    return true;
+    return takeTask(options, option == "--help" ? Task::help : Task::list);
+}
+
+/// Whether everything that was given has a meaning for the task: of two files behind --why the second has none.
+bool fits(const Options& options) {
+    const bool forRun =
+        options.exit || options.stay || options.idle > 0 || !options.report.empty() || !options.forModules.empty();
+    if (options.task == Task::help) return true;
+    return (options.task == Task::run || !forRun) && (options.task == Task::list || !options.all);
 }
 
 }  // namespace
@@ -76,7 +90,7 @@ std::optional<Options> readOptions(int count, char** arguments) {
             understood = takeSwitch(options, argument);
         if (!understood) return std::nullopt;
     }
-    return options;
+    return fits(options) ? std::optional(std::move(options)) : std::nullopt;
 }
 
 }  // namespace kora::host

@@ -154,11 +154,11 @@ std::string Report::text(const RunRecord& record, int exitCode) const {
 
 bool Report::write(const RunRecord& record, int exitCode) const {
     const std::string bytes = text(record, exitCode);
-    if (path_ == "-")
-        return std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size() && std::fflush(stdout) == 0;
-    if (writeFile(path_, bytes)) return true;
-    std::fprintf(stderr, "kora-host: the report %s cannot be written\n", path_.c_str());
-    return false;
+    const bool written =
+        path_ == "-" ? std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size() && std::fflush(stdout) == 0
+                     : writeFile(path_, bytes);
+    if (!written) std::fprintf(stderr, "kora-host: the report %s cannot be written\n", path_.c_str());
+    return written;
 }
 
 }  // namespace kora::host

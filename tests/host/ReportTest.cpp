@@ -152,6 +152,9 @@ TEST_F(Runs, ReportsGoWhereTheyAreSent) {
         EXPECT_EQ(run(std::string("--tools t --exit ") + no), 1) << no;
     for (const char* no : {"--idle", "--idle -1", "--idle 1x", "--report", "--why", "--no"})
         EXPECT_EQ(run(no), 2) << no;
+    // What the task would leave alone is no good option either.
+    for (const char* no : {"--why t/a.qzx t/b.qzx", "--list --report r.json", "--all", "--list --why t/a.qzx"})
+        EXPECT_EQ(run(no), 2) << no;
 }
 
 TEST_F(Runs, FilesAreToldWithoutRunningThem) {
