@@ -114,8 +114,9 @@ bool TskApplication::TskAppEnding() { return kora::applicationState.ending; }
 void TskApplication::TskAppStay(bool on) { kora::applicationState.staying += on ? 1 : -1; }
 
 bool TskApplication::TskAppBusy() {
+    std::uint32_t ignored;
     return kora::applicationState.staying > 0 || TmrIdleRunning() || TmrHighPriorityIdleRunning() ||
-           kora::restUntilDue() != kora::kNoLimit;
+           kora::timersNextDue(ignored);
 }
 
 void TskApplication::TskAppWait() {

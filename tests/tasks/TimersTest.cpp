@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <kora/Test.h>
+#include <kora/Tsk.h>
 
 #include <algorithm>
 #include <list>
@@ -196,6 +197,18 @@ TEST_F(Timers, ActAsTheModel) {
             model.log.clear();
         }
     }
+}
+
+// The whole count lies between tick 0 and the last one, and is neither overdue nor without a limit.
+TEST_F(Timers, ADueTimeAtTheLastTickIsFarFromTheFirst) {
+    TmrTimer last(TmrTypeTimed);
+    clock_.Set(0xFFFFFFFE);
+    last.TmrStart();
+    clock_.Set(0);
+    unsigned long rest = 0;
+    EXPECT_TRUE(TmrNextDue(rest));
+    EXPECT_EQ(rest, 0xFFFFFFFF);
+    EXPECT_TRUE(TskGetApp()->TskAppBusy());
 }
 
 TEST_F(Timers, AnExceptionLeavesThePassesOpen) {
