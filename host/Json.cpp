@@ -2,29 +2,11 @@
 
 #include <cstdio>
 
+#include "host/Utf8.h"
+
 namespace kora::host {
 
 namespace {
-
-/// How many bytes from @p at on are one character in UTF-8: 0 when they are none.
-std::size_t characterLength(std::string_view text, std::size_t at) {
-    const auto byte = [&](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
-    const unsigned lead = byte(at);
-    const std::size_t length = lead < 0x80   ? 1
-                               : lead < 0xC2 ? 0
-                               : lead < 0xE0 ? 2
-                               : lead < 0xF0 ? 3
-                               : lead < 0xF5 ? 4
-                                             : 0;
-    for (std::size_t i = 1; i < length; ++i)
-        if ((byte(at + i) & 0xC0U) != 0x80) return 0;
-    // Written longer than need be, half of a pair, and beyond the last character.
-    const unsigned second = byte(at + 1);
-    if ((lead == 0xE0 && second < 0xA0) || (lead == 0xED && second > 0x9F) || (lead == 0xF0 && second < 0x90) ||
-        (lead == 0xF4 && second > 0x8F))
-        return 0;
-    return length;
-}
 
 void append(std::string& out, std::string_view text) {
     for (std::size_t at = 0; at < text.size();) {
@@ -55,9 +37,17 @@ void Json::separate() {
         return;
     }
     if (depth_ == 0) return;
-    text_ += first_ ? "\n" : ",\n";
-    text_.append(2 * static_cast<std::size_t>(depth_), ' ');
+    if (!first_) text_ += ',';
+    if (flat_ == 0)
+        newLine();
+    else if (!first_)
+        text_ += ' ';
     first_ = false;
+}
+
+void Json::newLine() {
+    text_ += '\n';
+    text_.append(2 * static_cast<std::size_t>(depth_), ' ');
 }
 
 void Json::raw(std::string_view text) {
@@ -72,18 +62,19 @@ Json& Json::key(std::string_view name) {
     return *this;
 }
 
-void Json::begin(char bracket) {
+void Json::begin(char bracket, bool inOneLine) {
     raw(std::string_view(&bracket, 1));
     ++depth_;
+    if (inOneLine || flat_ > 0) ++flat_;
     first_ = true;
 }
 
 void Json::end(char bracket) {
     --depth_;
-    if (!first_) {
-        text_ += '\n';
-        text_.append(2 * static_cast<std::size_t>(depth_), ' ');
-    }
+    if (flat_ > 0)
+        --flat_;
+    else if (!first_)
+        newLine();
     text_ += bracket;
     first_ = false;
 }

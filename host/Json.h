@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace kora::host {
 
@@ -11,8 +12,9 @@ namespace kora::host {
 class Json {
 public:
     Json& key(std::string_view name);
-    void begin(char bracket);  ///< '{' or '['
-    void end(char bracket);    ///< '}' or ']'
+    /// '{' or '['; @p inOneLine keeps what stands inside together.
+    void begin(char bracket, bool inOneLine = false);
+    void end(char bracket);  ///< '}' or ']'
     /// Bytes that are no UTF-8 are written as the characters of their numbers, as Latin-1 has them.
     void value(std::string_view text);
     void value(const char* text) { value(std::string_view(text)); }
@@ -29,15 +31,18 @@ public:
 
     /// The text, with a line feed at its end.
     std::string text() const { return text_ + '\n'; }
+    /// What was written since the last call, of a text that is too long to keep.
+    std::string taken() { return std::exchange(text_, {}); }
 
 private:
     void raw(std::string_view text);
     void separate();
+    void newLine();
 
     std::string text_;
-    int depth_ = 0;
-    bool first_ = true;   // nothing stands before this in its object or array
-    bool keyed_ = false;  // a key stands before this
+    int depth_ = 0, flat_ = 0;  // brackets that are open; those of them whose insides stand in one line
+    bool first_ = true;         // nothing stands before this in its object or array
+    bool keyed_ = false;        // a key stands before this
 };
 
 }  // namespace kora::host

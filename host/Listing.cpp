@@ -14,19 +14,6 @@ namespace {
 
 void print(const std::string& text) { std::fwrite(text.data(), 1, text.size(), stdout); }
 
-std::string lineOf(const ModuleFile& file) {
-    const BinaryFile& tables = file.tables;
-    std::string text = printable(nameOf(file.path)) + ": ";
-    if (!file.trouble.empty()) return text + file.trouble;
-    text += tables.machineText() + ", " + std::to_string(file.bytes.size()) + " bytes";
-    if (!tables.damage.empty()) return text + ", damaged";
-    const std::string built = printable(builtAgainst(tables));
-    if (!built.empty()) text += ", for Kora " + built;
-    text += file.hasEntry() ? ", entry" : file.entries().empty() ? ", no entry" : ", wrong entry";
-    if (tables.strings) text += ", strings: " + std::to_string(*tables.strings);
-    return text + ", exported names: " + std::to_string(tables.exports.size());
-}
-
 }  // namespace
 
 int listModules(const ModuleFile& program, bool all) {
@@ -38,7 +25,7 @@ int listModules(const ModuleFile& program, bool all) {
           '\n');
     for (const CString& name : names) {
         const ModuleFile file = readModuleFile(nativeText(folder + (folder.ends_with('\\') ? "" : "\\") + name));
-        print(lineOf(file) + '\n');
+        print(listingLine(file) + '\n');
         const Diagnosis diagnosis = diagnose(file, program, TskVersionGet());
         if (!diagnosis.loads) print("  " + printable(diagnosis.advice) + '\n');
         for (const std::string_view exported : file.tables.exports)

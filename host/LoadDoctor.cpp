@@ -135,6 +135,19 @@ Diagnosis diagnose(const ModuleFile& file, const ModuleFile& program, const std:
     return diagnosis;
 }
 
+std::string listingLine(const ModuleFile& file) {
+    const BinaryFile& tables = file.tables;
+    std::string text = printable(nameOf(file.path)) + ": ";
+    if (!file.trouble.empty()) return text + file.trouble;
+    text += tables.machineText() + ", " + std::to_string(file.bytes.size()) + " bytes";
+    if (!tables.damage.empty()) return text + ", damaged";
+    const std::string built = printable(builtAgainst(tables));
+    if (!built.empty()) text += ", for Kora " + built;
+    text += file.hasEntry() ? ", entry" : file.entries().empty() ? ", no entry" : ", wrong entry";
+    if (tables.strings) text += ", strings: " + std::to_string(*tables.strings);
+    return text + ", exported names: " + std::to_string(tables.exports.size());
+}
+
 std::string diagnosisText(const ModuleFile& file, const Diagnosis& diagnosis, const std::string& version) {
     std::string text = printable(file.path) + '\n';
     if (file.trouble.empty()) {
