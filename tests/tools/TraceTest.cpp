@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "core/TraceCodes.h"
+#include "tests/support/FileFault.h"
 #include "tests/support/ScopedPlaces.h"
 #include "tools/kora-trace/Escapes.h"
 #include "tools/kora-trace/HomePaths.h"
@@ -60,7 +61,7 @@ TEST(KoraTrace, ShowsALogByteForByte) {
 /   14  0004f011         kora      DoubleList   011 an element is deleted
 \   13  0004f012         kora      DoubleList   012 it is gone × 3 to age 9
      8  00065300         kora      CommandLine  300 modules are told of an option
-     7  0074656e                                    its characters, the first lowest
+     7  0074656e                                    its characters, the first lowest: "net"
      6  3105b700      3  kora      RamArray     700 an index lies beyond the memory array
      5  0000abcd                                    data pointer
      4  00000000                                    end of the fault
@@ -133,8 +134,11 @@ TEST(KoraTrace, ReadsDamagedLogsAsFarAsTheyGo) {
     } rows[] = {
         {"CR LF", std::regex_replace(kFull + dated, std::regex("\n"), "\r\n"), "1 dump, 1 note",
          "1: one\n   1024 words"},
-        {"overwritten words", kOther, "1 dump, 0 notes", "2000 words written, the 976 oldest are overwritten\n"},
-        {"a count that wrapped", dumpText(3, "", Words(1024, 0x41100)), "1 dump, 0 notes", "\xC3\x97 1024 to age 0\n"},
+        {"overwritten words", kOther, "1 dump, 0 notes",
+         "2000 words written, the ring wrapped: the 976 oldest are overwritten, slot 0 has age 975\n"},
+        {"a count that wrapped", dumpText(3, "", Words(1024, 0x41100)), "1 dump, 0 notes", "but there are more"},
+        {"zeros of a lost power supply", std::string(9, '\0') + kFull + "x\x1Bxxxxxxx\n",
+         "1 dump, 1 note, 1 line skipped", "dump, line 1: one\n   1024 words written\n\n"},
         {"cut behind a line", front, "1 dump, 0 notes", "\xC3\x97 400 to age 624\n"},
         {"cut within a word", cut, "1 dump, 0 notes, 1 line skipped", "cut off after 401 words"},
         {"then another process", cut + dated + kOther, "2 dumps, 1 note, 1 line skipped",
@@ -169,8 +173,9 @@ std::string unnested(std::string text, const std::vector<std::pair<const char*, 
 }
 
 TEST(KoraTrace, MakesWellFormedDocumentsOfAnything) {
-    EXPECT_EQ(forJson("\"\\\1\xE9\xC3\xA9"), "\"\\\"\\\\\\u0001\xC3\xA9\xC3\xA9\"");
-    EXPECT_EQ(forHtml("<&\">\1\xF4\x90\x80\x80"), "&lt;&amp;&quot;&gt;\xEF\xBF\xBD\xC3\xB4\xC2\x90\xC2\x80\xC2\x80");
+    EXPECT_EQ(forTerminal("\x1B[\t\xE9\xC3\xA9\xC2\x9B\x9B\x7F"), "\\x1b[\t\xC3\xA9\xC3\xA9\\x9b\\x9b\\x7f");
+    EXPECT_EQ(forHtml("<&\">\1\xF4\x90\x80\x80"),
+              "&lt;&amp;&quot;&gt;\xEF\xBF\xBD\xC3\xB4\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD");
     std::mt19937 random(62);
     for (int round = 0; round < 8; ++round) {
         SCOPED_TRACE(round);
@@ -200,7 +205,8 @@ TEST(KoraTrace, NamesThePlacesOfTheLibraryAndOfModules) {
     std::string problem;
     EXPECT_EQ(names.place(kora::trace::kProfileSwapFailed)->data, std::vector<std::string>{"system's error number"});
     EXPECT_TRUE(names.place(kora::trace::kBadAngle)->fault && *names.file(kora::trace::kBadAngle) == "Geometry");
-    for (const char* folder : {"core", "containers", "paths", "settings", "parse", "tasks", "sheet", "geometry", "net"})
+    for (const char* folder : {"core", "strings", "containers", "paths", "settings", "parse", "tasks", "sheet",
+                               "geometry", "net", "platform"})
         for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(KORA_SOURCE) / folder)) {
             const std::string name = entry.path().filename().string();
             if (!name.ends_with(".cpp") || name == "TraceLog.cpp" || name == "Faults.cpp") continue;
@@ -210,22 +216,31 @@ TEST(KoraTrace, NamesThePlacesOfTheLibraryAndOfModules) {
         }
     EXPECT_TRUE(names.add("module 5 counter\r\nfile 3 Display more\r\nplace 0x120 shows | a | b\n", problem));
     EXPECT_TRUE(*names.file(0xF1143FFF) == "Display" && names.place(0x143120)->data.size() == 2);
-    EXPECT_TRUE(names.add("# none\n\nmodule 5 counter 2", problem) && names.file(0x143120) == nullptr);
+    EXPECT_TRUE(names.add("# none\n\nmodule 5 counter 2", problem) && problem.empty() &&
+                names.file(0x143120) == nullptr);
     EXPECT_FALSE(names.add("file 1 x", problem) || names.add("module 64 x", problem) || names.add("x", problem));
     EXPECT_FALSE(names.add("module 5 a\nfile 1 x\nplace 0x1000 y", problem)) << "a location has twelve bits";
+    EXPECT_FALSE(names.add("module 5 a\nfile 1 x\nplace 16 y\nfault 0x10 z", problem)) << "one of them is wrong";
+    EXPECT_THAT(problem, HasSubstr("line 4"));
+    EXPECT_TRUE(names.add("\xEF\xBB\xBFmodule 5 other", problem) && *names.module(0x143120) == "other");
+    EXPECT_EQ(problem, "module 5 is other here, and was counter");
 }
 
 TEST(KoraTrace, BundlesWhatItSaysWithoutHomePaths) {
     const HomePaths homes({"/home/anna", "C:\\Users\\anna b\\"}, {"ab"});
     EXPECT_EQ(homes.removedFrom("/home/anna/x /home/annabel/x srv\\ab ab\\srv"), "~/x /home/~/x srv\\~ ab\\srv");
+    EXPECT_EQ(homes.removedFrom("\"C:\\\\Users\\\\eve\\\\x\" \\\\srv\\home\\eve\\x"),
+              "\"C:\\\\Users\\\\~\\\\x\" \\\\srv\\home\\~\\x");
     EXPECT_EQ(homes.removedFrom("c:/users/ANNA B/x D:\\Anna\\x \\Users\\eve said"), "~/x D:\\~\\x \\Users\\~ said");
     kora::test::ScopedPlaces places;
     const std::string home = places.folder.NativeText("anna"), zip = places.folder.NativeText("out.zip");
     places.variables["HOME"] = home;
     for (const char* folder : {"anna", "tools"}) places.folder.MakeFolder(folder);
     places.folder.Write("tools/netlist.qzx", "12345");
+    places.folder.Write("tools/counter.trace", "module 5 counter\nfile 3 Display\nplace 0x120 shows\n");
     places.folder.Write("anna/ts.ini", "[System]\ntoolfolder = " + places.folder.NativeText("tools") + "\nx = " + home);
-    places.folder.Write("anna/log.txt", "opened " + home + "/x\n" + dumpText(1, "why", {kora::trace::kIdlePass}));
+    places.folder.Write("anna/log.txt",
+                        "opened " + home + "/x\n" + dumpText(2, "why", {kora::trace::kIdlePass, 0x143120}));
     std::stringstream in, out, messages;
     const auto bundle = [&](const char* option, const char* more) {
         Options options;
@@ -253,8 +268,21 @@ TEST(KoraTrace, BundlesWhatItSaysWithoutHomePaths) {
         parts[name] = bytes;
         at += 30 + name.size() + bytes.size();
     }
-    EXPECT_TRUE(number(archive.size() - 6) == at && parts.size() == 6) << "the directory follows";
-    EXPECT_THAT(parts["modules.txt"] + parts["ts.ini"], testing::ContainsRegex("netlist.qzx  5  .*\n.*\n.*\nx = ~$"));
+    EXPECT_TRUE(number(archive.size() - 6) == at && parts.size() == 5) << "the directory follows";
+    EXPECT_THAT(parts["modules.txt"] + parts["settings/ts.ini"],
+                testing::ContainsRegex("netlist.qzx: .*\n.*\n.*\nx = ~$"));
+    EXPECT_THAT(parts["decoded.txt"], HasSubstr("counter  Display  120 shows")) << "its table stands beside it";
+    // Whichever file operation fails, the archive is the old one or a whole new one, and nothing lies beside it.
+    for (int nth = 1;; ++nth) {
+        SCOPED_TRACE(nth);
+        places.folder.Write("out.zip", "old");
+        kora::test::FileFault fault(nth);
+        const int code = bundle("--force", "--json");
+        const std::string now = places.folder.Read("out.zip");
+        EXPECT_TRUE(code == 0 ? now.starts_with("PK\3\4") && now.substr(now.size() - 22, 4) == "PK\5\6" : now == "old");
+        EXPECT_FALSE(places.folder.Has("out.zip.part"));
+        if (!fault.wasHit()) break;
+    }
 }
 
 }  // namespace

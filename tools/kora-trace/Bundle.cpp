@@ -3,8 +3,10 @@
 #include <ctime>
 #include <sstream>
 
+#include "host/LoadDoctor.h"
 #include "platform/Platform.h"
 #include "tasks/ToolsFolder.h"
+#include "tools/kora-trace/Escapes.h"
 #include "tools/kora-trace/Pages.h"
 #include "tools/kora-trace/ReadLog.h"
 
@@ -12,13 +14,7 @@ namespace kora::tracelog {
 
 namespace {
 
-// The newest lines, at most as many bytes as a bundle takes.
-std::string_view newestPart(std::string_view log) {
-    if (log.size() <= kMostBundledLog) return log;
-    log.remove_prefix(log.size() - kMostBundledLog);
-    const std::size_t end = log.find('\n');
-    return end == log.npos ? log : log.substr(end + 1);
-}
+constexpr std::size_t kMostBundledLog = 1024 * 1024;
 
 std::string utcTime(std::int64_t seconds) {
     const auto time = static_cast<std::time_t>(seconds);
@@ -29,31 +25,24 @@ std::string utcTime(std::int64_t seconds) {
 }
 
 std::string moduleList(const BundleContents& contents) {
-    std::string list = "Modules in " + contents.toolsFolder + " (bytes, time in UTC" +
-                       (contents.version != nullptr ? ", version" : "") + ")\n";
     const std::vector<std::string> files = moduleFiles(contents.toolsFolder);
+    std::string list = std::to_string(files.size()) + (files.size() == 1 ? " module" : " modules") + " in " +
+                       platform::nativePath(contents.toolsFolder) + ", times in UTC\n";
     for (const std::string& name : files) {
         const std::string path = contents.toolsFolder + (contents.toolsFolder.ends_with('\\') ? "" : "\\") + name;
+        list += host::listingLine(host::readModuleFile(platform::nativePath(path)));
         platform::FileStatus status;
         platform::Failure ignored;
-        list += name;
-        if (platform::fileSystem().status(path, status, ignored))
-            list += "  " + std::to_string(status.size) + "  " + utcTime(status.modified);
-        if (contents.version != nullptr) {
-            const std::string version = contents.version(path);
-            list += "  " + (version.empty() ? "unknown" : version);
-        }
+        if (platform::fileSystem().status(path, status, ignored)) list += ", of " + utcTime(status.modified);
         list += '\n';
     }
-    if (files.empty()) list += "none\n";
     return list;
 }
 
-std::string decoded(const std::string& log, const std::string& name, const NameTable& names, bool json) {
+std::string decoded(const std::string& log, const NameTable& names) {
     std::istringstream in(log);
     std::ostringstream out;
-    const auto page = json ? jsonPage(out, names, name) : textPage(out, names, /*colours=*/false);
-    readLog(in, *page, LastDumps::kAll);
+    readLog(in, *textPage(out, names, /*colours=*/false), LastDumps::kAll);
     return std::move(out).str();
 }
 
@@ -64,6 +53,25 @@ std::string_view lastPart(std::string_view path) {
 
 }  // namespace
 
+void takeNewest(std::istream& log, BundleContents& contents) {
+    constexpr std::size_t kPart = 256 * 1024;
+    std::string& kept = contents.log;
+    std::uint64_t read = 0;
+    while (log) {
+        const std::size_t held = kept.size();
+        kept.resize(held + kPart);
+        log.read(kept.data() + held, kPart);
+        kept.resize(held + static_cast<std::size_t>(log.gcount()));
+        read += static_cast<std::uint64_t>(log.gcount());
+        if (kept.size() > 2 * kMostBundledLog) kept.erase(0, kept.size() - kMostBundledLog);
+    }
+    if (read > kMostBundledLog) {
+        kept.erase(0, kept.size() - kMostBundledLog);
+        kept.erase(0, kept.find('\n') + 1);  // nothing, where there is no line's end
+    }
+    contents.olderBytes = read - kept.size();
+}
+
 std::vector<ZipEntry> bundleEntries(const BundleContents& contents, const NameTable& names, const HomePaths& homes) {
     std::string about = "Packed by kora-trace " + std::string(kLibraryVersion) +
                         ". In every part a ~ stands for home directories and for the user's name in paths.\n\n";
@@ -72,17 +80,14 @@ std::vector<ZipEntry> bundleEntries(const BundleContents& contents, const NameTa
         about += name + ": " + what + '\n';
         entries.push_back({name, std::move(bytes)});
     };
-    // The log first, then what it says: names in the other outputs may be spelt with escapes.
-    const std::string_view part = newestPart(contents.log);
-    const std::string log = homes.removedFrom(part), logName = homes.removedFrom(contents.logName);
+    // What it says is read from what is packed, which has nothing left to be removed.
+    const std::string log = homes.removedFrom(contents.log), logName = homes.removedFrom(contents.logName);
     add("ts_error_log.txt", log,
         "the trace log " + logName +
-            (part.size() < contents.log.size()
-                 ? ", its newest part; " + std::to_string(contents.log.size() - part.size()) +
-                       " older bytes are left out"
+            (contents.olderBytes > 0
+                 ? ", its newest part; " + std::to_string(contents.olderBytes) + " older bytes are left out"
                  : ""));
-    add("decoded.txt", decoded(log, logName, names, /*json=*/false), "what it says");
-    add("decoded.json", decoded(log, logName, names, /*json=*/true), "the same for programs");
+    add("decoded.txt", decoded(log, names), "what it says");
     for (const auto& [path, what] : {std::pair{&contents.mainProfile, "the main profile "},
                                      std::pair{&contents.stateProfile, "the state file "}}) {
         std::string bytes;
@@ -90,12 +95,13 @@ std::vector<ZipEntry> bundleEntries(const BundleContents& contents, const NameTa
         const std::string shown = homes.removedFrom(*path);
         if (path->empty()) continue;
         if (platform::fileSystem().read(*path, bytes, failure))
-            add(std::string(lastPart(shown)), homes.removedFrom(bytes), what + shown);
+            add("settings/" + utf8(lastPart(shown)), homes.removedFrom(bytes), what + shown);
         else
             about +=
                 what + shown + (failure.cause == platform::Cause::notFound ? " is not there\n" : " cannot be read\n");
     }
-    add("modules.txt", homes.removedFrom(moduleList(contents)), "the module files, with sizes and times");
+    add("modules.txt", homes.removedFrom(moduleList(contents)),
+        "the module files, with the versions that they were built for");
     entries.front().bytes = about;
     return entries;
 }

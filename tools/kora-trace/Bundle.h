@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <istream>
 #include <string>
 #include <vector>
 
@@ -9,19 +11,16 @@
 
 namespace kora::tracelog {
 
-/// The version that a module's file (in library form) says it has, without being run; empty when it says nothing.
-using ModuleVersion = std::string (*)(const std::string& path);
-
 struct BundleContents {
-    std::string log;                        ///< the log's bytes
+    std::string log;                        ///< the log's bytes, or the newest of them
+    std::uint64_t olderBytes = 0;           ///< of the log, that are left out
     std::string logName;                    ///< what it is called in the documents of the bundle
     std::string mainProfile, stateProfile;  ///< paths in library form; empty ones are left out
     std::string toolsFolder;                ///< in library form
-    ModuleVersion version = nullptr;        ///< null leaves versions out
 };
 
-/// The newest part of a log that a bundle takes.
-inline constexpr std::size_t kMostBundledLog = 1024 * 1024;
+/// Takes the newest lines of a log, at most as many bytes as belong into a bundle; the rest is never held.
+void takeNewest(std::istream& log, BundleContents& contents);
 
 /// What is packed, each part with home paths removed; the first one, contents.txt, says what the others are.
 std::vector<ZipEntry> bundleEntries(const BundleContents& contents, const NameTable& names, const HomePaths& homes);

@@ -18,6 +18,10 @@ std::optional<std::size_t> Dump::age(std::size_t word) const {
     return place ? std::optional(kWords - 1 - *place) : std::nullopt;
 }
 
+std::optional<std::size_t> Dump::wrapAge() const {
+    return overwritten() > 0 ? std::optional((*count - 1) % kWords) : std::nullopt;
+}
+
 std::size_t Dump::unwritten() const {
     if (!count || *count >= kWords) return 0;
     std::size_t leading = 0;

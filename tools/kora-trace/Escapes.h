@@ -7,10 +7,10 @@
 /// Bytes of a log as each output may show them. What is not UTF-8 counts as Latin-1, byte for byte.
 namespace kora::tracelog {
 
-/// For a terminal: control characters as \x1b, all other bytes as they are.
+/// All characters as they are.
+std::string utf8(std::string_view text);
+/// For a terminal: what it would act on as \x1b, all other characters as they are.
 std::string forTerminal(std::string_view text);
-/// A JSON string with its quotes.
-std::string forJson(std::string_view text);
 /// For the text and the attributes of a page.
 std::string forHtml(std::string_view text);
 

@@ -78,13 +78,13 @@ std::size_t HomePaths::homeAt(std::string_view text, std::size_t at) const {
 
 // How long the name is that begins there, behind a separator. What stands before @p from has gone.
 std::size_t HomePaths::userAt(std::string_view text, std::size_t from, std::size_t at) const {
-    if (at == 0 || !isSeparator(text[at - 1])) return 0;
-    for (const std::string_view folder : kEverybodys) {
-        const std::size_t length = folder.size() + 2;
-        if (at - from >= length && isSeparator(text[at - length]) &&
-            samePath(text.substr(at - length + 1, folder.size()), folder))
+    std::size_t behind = at;  // the folder that it stands in; escaped texts have every separator twice
+    while (behind > from && isSeparator(text[behind - 1])) --behind;
+    if (behind == at) return 0;
+    for (const std::string_view folder : kEverybodys)
+        if (behind - from > folder.size() && isSeparator(text[behind - folder.size() - 1]) &&
+            samePath(text.substr(behind - folder.size(), folder.size()), folder))
             return partLength(text.substr(at));
-    }
     for (const std::string& user : users_)
         if (standsAt(text, at, user)) return user.size();
     return 0;

@@ -64,7 +64,8 @@ public:
              << "</h1>\n<p class=\"soft\">" << summaryLabel(summary) << ". Names of " << forHtml(names_.tables())
              << ".</p>\n";
         if (!overview_.empty())
-            out_ << "<div class=\"card scroll\"><table>\n<tr><th>dump</th><th>after the note of</th>"
+            out_ << "<div class=\"card scroll\"><table>\n<tr><th class=\"n\">line</th><th>dump</th><th>after the note "
+                    "of</th>"
                     "<th class=\"n\">words written</th><th>severest fault</th></tr>\n"
                  << overview_ << "</table></div>\n";
         out_ << body_ << "</body></html>\n";
@@ -84,8 +85,8 @@ private:
 
     void overviewRow(const Dump& dump, const Item* fault) {
         const std::string line = std::to_string(dump.line);
-        overview_ += "<tr><td><a href=\"#line" + line + "\">" +
-                     (dump.reason.empty() ? "line " + line : forHtml(dump.reason)) + "</a></td>" + cell("", dump.date) +
+        overview_ += "<tr>" + cell("n", line) + "<td><a href=\"#line" + line + "\">" +
+                     (dump.reason.empty() ? "Dump" : forHtml(dump.reason)) + "</a></td>" + cell("", dump.date) +
                      cell("n", dump.count ? std::to_string(*dump.count) : "?") + "<td>";
         if (fault != nullptr)
             overview_ += "<span class=\"chip " + severityClass(*fault) + "\">" + std::to_string(levelOf(fault->word)) +
@@ -132,7 +133,7 @@ private:
         for (std::size_t word = 1; word < item.size; ++word)
             body_ += "<tr class=\"data" + group + "\">" + cell("n", ageLabel(dump, item.first + word)) +
                      cell("w", hexWord(dump.words[item.first + word])) + "<td></td><td></td><td></td>" +
-                     cell("", dataMeaning(item, word)) + "</tr>\n";
+                     cell("", dataLabel(dump, item, word)) + "</tr>\n";
     }
 
     std::ostream& out_;

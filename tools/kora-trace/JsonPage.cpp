@@ -1,3 +1,4 @@
+#include "host/Json.h"
 #include "tools/kora-trace/Escapes.h"
 #include "tools/kora-trace/Pages.h"
 
@@ -5,97 +6,127 @@ namespace kora::tracelog {
 
 namespace {
 
-std::string nameOrNull(const std::string* name) { return name != nullptr ? forJson(*name) : "null"; }
-std::string textOrNull(const std::string& text) { return text.empty() ? "null" : forJson(text); }
-const char* truth(bool value) { return value ? "true" : "false"; }
+constexpr bool kInOneLine = true;
 
 class JsonPage : public Page {
 public:
     JsonPage(std::ostream& out, const NameTable& names, const std::string& log) : out_(out), names_(names) {
-        out_ << "{\"tool\": \"kora-trace\", \"version\": " << forJson(kLibraryVersion)
-             << ", \"names\": " << forJson(names.tables()) << ", \"log\": " << forJson(log) << ",\n\"records\": [";
+        json_.begin('{');
+        json_.field("tool", "kora-trace");
+        json_.field("version", kLibraryVersion);
+        json_.field("names", names.tables());
+        json_.field("log", log);
+        json_.key("records").begin('[');
     }
 
     void note(const Note& note) override {
-        begin();
-        out_ << "{\"type\": \"note\", \"line\": " << note.line << ", \"date\": " << textOrNull(note.date)
-             << ", \"text\": " << forJson(note.text) << '}';
+        begin("note", note.line, kInOneLine);
+        textOrNull("date", note.date);
+        json_.field("text", note.text);
+        end();
     }
 
     void skipped(const Skipped& skipped) override {
-        begin();
-        out_ << "{\"type\": \"skipped\", \"line\": " << skipped.line << ", \"lines\": " << skipped.lines
-             << ", \"why\": " << forJson(skipped.why) << '}';
+        begin("skipped", skipped.line, kInOneLine);
+        json_.field("lines", skipped.lines);
+        json_.field("why", skipped.why);
+        end();
     }
 
     void dump(const Dump& dump) override {
-        begin();
         const std::vector<Item> items = decode(dump, names_);
-        out_ << "{\"type\": \"dump\", \"line\": " << dump.line << ", \"lastLine\": " << dump.lastLine
-             << ", \"reason\": " << textOrNull(dump.reason) << ", \"date\": " << textOrNull(dump.date) << ",\n"
-             << " \"count\": " << (dump.count ? std::to_string(*dump.count) : "null")
-             << ", \"overwritten\": " << dump.overwritten() << ", \"unwritten\": " << dump.unwritten()
-             << ", \"words\": " << dump.words.size() << ", \"ended\": " << truth(dump.ended)
-             << ", \"mixed\": " << truth(dump.mixed) << ", \"damage\": [";
-        const char* comma = "";
-        for (const std::string& sentence : dump.damage()) {
-            out_ << comma << forJson(sentence);
-            comma = ", ";
-        }
+        begin("dump", dump.line, !kInOneLine);
+        json_.field("lastLine", dump.lastLine);
+        textOrNull("reason", dump.reason);
+        textOrNull("date", dump.date);
+        numberOrNull("count", dump.count);
+        json_.field("overwritten", dump.overwritten());
+        numberOrNull("wrapAge", dump.wrapAge());
+        json_.field("unwritten", dump.unwritten());
+        json_.field("words", dump.words.size());
+        json_.field("ended", dump.ended);
+        json_.field("mixed", dump.mixed);
+        json_.key("damage").begin('[');
+        for (const std::string& sentence : dump.damage()) json_.value(sentence);
+        json_.end(']');
         const Item* fault = severest(items);
-        out_ << "],\n \"severest\": " << (fault != nullptr ? std::to_string(fault - items.data()) : "null")
-             << ", \"items\": [";
-        comma = "\n  ";
-        for (const Item& item : items) {
-            out_ << comma;
-            write(dump, item);
-            comma = ",\n  ";
-        }
-        out_ << "]}";
+        numberOrNull("severest", fault != nullptr ? std::optional(fault - items.data()) : std::nullopt);
+        json_.key("items").begin('[');
+        for (const Item& item : items) write(dump, item);
+        json_.end(']');
+        end();
     }
 
     void end(const Summary& summary) override {
-        out_ << "],\n\"summary\": {\"dumps\": " << summary.dumps << ", \"notes\": " << summary.notes
-             << ", \"skippedLines\": " << summary.skippedLines << ", \"olderDumps\": " << summary.olderDumps << "}}\n";
+        json_.end(']');
+        json_.key("summary").begin('{');
+        json_.field("dumps", summary.dumps);
+        json_.field("notes", summary.notes);
+        json_.field("skippedLines", summary.skippedLines);
+        json_.field("olderDumps", summary.olderDumps);
+        json_.end('}');
+        json_.end('}');
+        out_ << json_.text();
     }
 
 private:
-    void begin() {
-        out_ << (first_ ? "\n" : ",\n");
-        first_ = false;
+    void textOrNull(const char* key, const std::string& text) {
+        text.empty() ? json_.key(key).null() : json_.field(key, text);
     }
 
-    void word(const Dump& dump, std::size_t at) {
-        const auto age = dump.age(at);
-        out_ << "{\"age\": " << (age ? std::to_string(*age) : "null") << ", \"word\": \"" << hexWord(dump.words[at])
-             << '"';
+    void nameOrNull(const char* key, const std::string* name) {
+        name == nullptr ? json_.key(key).null() : json_.field(key, *name);
+    }
+
+    template <class Number>
+    void numberOrNull(const char* key, const std::optional<Number>& number) {
+        number ? json_.field(key, *number) : json_.key(key).null();
+    }
+
+    void begin(const char* type, std::uint64_t line, bool inOneLine) {
+        json_.begin('{', inOneLine);
+        json_.field("type", type);
+        json_.field("line", line);
+    }
+
+    void end() {
+        json_.end('}');
+        out_ << json_.taken();
+    }
+
+    void beginWord(const Dump& dump, std::size_t at) {
+        json_.begin('{', kInOneLine);
+        numberOrNull("age", dump.age(at));
+        json_.field("word", hexWord(dump.words[at]));
     }
 
     void write(const Dump& dump, const Item& item) {
         constexpr const char* kKinds[] = {"step", "fault", "word"};
-        word(dump, item.first);
-        out_ << ", \"kind\": \"" << kKinds[static_cast<int>(item.kind)] << '"';
+        beginWord(dump, item.first);
+        json_.field("kind", kKinds[static_cast<int>(item.kind)]);
         if (item.kind != Kind::word) {
-            out_ << ", \"level\": " << levelOf(item.word) << ", \"dataFlag\": " << truth(hasData(item.word))
-                 << ", \"module\": " << moduleOf(item.word)
-                 << ", \"moduleName\": " << nameOrNull(names_.module(item.word)) << ", \"file\": " << fileOf(item.word)
-                 << ", \"fileName\": " << nameOrNull(names_.file(item.word))
-                 << ", \"location\": " << locationOf(item.word)
-                 << ", \"place\": " << nameOrNull(item.place != nullptr ? &item.place->text : nullptr)
-                 << ", \"data\": [";
+            json_.field("level", levelOf(item.word));
+            json_.field("dataFlag", hasData(item.word));
+            json_.field("module", moduleOf(item.word));
+            nameOrNull("moduleName", names_.module(item.word));
+            json_.field("file", fileOf(item.word));
+            nameOrNull("fileName", names_.file(item.word));
+            json_.field("location", locationOf(item.word));
+            nameOrNull("place", item.place != nullptr ? &item.place->text : nullptr);
+            json_.key("data").begin('[');
             for (std::size_t i = 1; i < item.size; ++i) {
-                if (i > 1) out_ << ", ";
-                word(dump, item.first + i);
-                out_ << ", \"meaning\": " << forJson(dataMeaning(item, i)) << '}';
+                beginWord(dump, item.first + i);
+                json_.field("meaning", dataMeaning(item, i));
+                json_.end('}');
             }
-            out_ << ']';
+            json_.end(']');
         }
-        out_ << '}';
+        json_.end('}');
     }
 
     std::ostream& out_;
     const NameTable& names_;
-    bool first_ = true;
+    host::Json json_;
 };
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "tools/kora-trace/Escapes.h"
 #include "tools/kora-trace/Pages.h"
 
@@ -34,12 +36,26 @@ std::string faultLabel(const Dump& dump, const Item& item, const NameTable& name
     return text + ", age " + ageLabel(dump, item.first);
 }
 
+std::string dataLabel(const Dump& dump, const Item& item, std::size_t index) {
+    std::string text = dataMeaning(item, index);
+    if (item.kind != Kind::step) return text;
+    // Characters are packed with the first one lowest.
+    std::string characters;
+    for (std::uint32_t word = dump.words[item.first + index]; word != 0; word >>= 8)
+        characters += static_cast<char>(word & 0xFF);
+    const bool shows = characters.size() > 1 &&
+                       std::all_of(characters.begin(), characters.end(), [](char c) { return c > ' ' && c <= '~'; });
+    return shows ? text + ": \"" + characters + '"' : text;
+}
+
 std::string countLabel(const Dump& dump) {
     if (!dump.count) return "the count of words is missing";
     std::string text = counted(*dump.count, "word") + " written";
     const std::uint32_t over = dump.overwritten();
-    if (over == 1) text += ", the oldest is overwritten";
-    if (over > 1) text += ", the " + std::to_string(over) + " oldest are overwritten";
+    if (over > 0)
+        text += ", the ring wrapped: the " + (over == 1 ? "oldest is" : std::to_string(over) + " oldest are") +
+                " overwritten, slot 0 has age " + std::to_string(*dump.wrapAge());
+    if (dump.countIsLow()) text += ", but there are more: the count passed 2^32, or is wrong";
     return text;
 }
 

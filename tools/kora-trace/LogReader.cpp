@@ -84,11 +84,14 @@ void markGap(Dump& dump) {
     dump.lastGap = dump.words.size();
 }
 
+// A stray control character is shown; many are somebody else's bytes.
 bool isText(std::string_view text) {
-    return std::none_of(text.begin(), text.end(), [](char c) {
+    constexpr std::size_t kTextForEachControl = 8;
+    const auto controls = std::count_if(text.begin(), text.end(), [](char c) {
         const auto byte = static_cast<unsigned char>(c);
         return (byte < ' ' && c != '\t') || byte == 0x7F;
     });
+    return static_cast<std::size_t>(controls) * kTextForEachControl <= text.size();
 }
 
 }  // namespace
@@ -101,9 +104,14 @@ void LogReader::line(const Line& line) {
 }
 
 void LogReader::read(std::string_view text) {
-    if (!isText(text)) {
+    // A machine that lost its power leaves zeros where it had not written yet, and the next line follows them.
+    const std::size_t zeros = text.rfind('\0') + 1;  // 0 where there are none
+    text.remove_prefix(zeros);
+    const bool readable = isText(text) && (zeros == 0 || !text.empty());
+    if (zeros > 0 || !readable) {
         damaged();
-        return skip("no text");
+        skip(readable ? "zero bytes" : "no text");
+        if (!readable) return;
     }
     if (text == kEnd) return endDump();
     for (std::size_t at = text.find(kStart); at != text.npos; at = text.find(kStart, at + 1)) {

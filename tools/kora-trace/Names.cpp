@@ -73,32 +73,38 @@ bool NameTable::addLine(std::string_view line, std::map<std::uint32_t, Module>& 
         module = *value;
         file = kNoNumber;
         const std::string_view name = nextWord(line);
-        modules[module] = {std::string(name), std::string(line), {}, {}};
-        return true;
+        return modules.try_emplace(module, Module{std::string(name), std::string(line), {}, {}}).second;
     }
     if (module == kNoNumber) return false;
     if (isFile) {
         file = *value;
-        modules[module].files[file] = nextWord(line);
-        return true;
+        return modules[module].files.try_emplace(file, nextWord(line)).second;
     }
     if (file == kNoNumber) return false;
-    modules[module].places[placeKey(file, *value)] = placeName(line, isFault);
-    return true;
+    return modules[module].places.try_emplace(placeKey(file, *value), placeName(line, isFault)).second;
 }
 
 bool NameTable::add(std::string_view table, std::string& problem) {
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";  // which some editors write
+    if (table.starts_with(kByteOrderMark)) table.remove_prefix(kByteOrderMark.size());
+    problem.clear();
     std::map<std::uint32_t, Module> modules;
     std::uint32_t module = kNoNumber, file = kNoNumber;
     for (int line = 1; !table.empty(); ++line) {
         const std::size_t end = table.find('\n');
         if (!addLine(table.substr(0, end), modules, module, file)) {
-            problem = "line " + std::to_string(line) + " is no line of a table of names";
+            problem =
+                "line " + std::to_string(line) + " is no line of a table of names, or a second one for its number";
             return false;
         }
         table.remove_prefix(end == table.npos ? table.size() : end + 1);
     }
-    for (auto& [number, names] : modules) modules_.insert_or_assign(number, std::move(names));
+    for (auto& [number, names] : modules) {
+        Module& held = modules_[number];
+        if (!held.name.empty() && held.name != names.name)
+            problem = "module " + std::to_string(number) + " is " + names.name + " here, and was " + held.name;
+        held = std::move(names);
+    }
     return true;
 }
 

@@ -31,8 +31,8 @@ public:
     /// With the library's own names.
     NameTable();
 
-    /// Adds a table. Its modules replace those of the same number. False, with nothing changed and @p problem naming
-    /// the line, when it cannot be read.
+    /// Adds a table. Its modules replace those of the same number; @p problem says so where their names differ, and is
+    /// empty otherwise. False, with nothing changed and @p problem naming the line, when it cannot be read.
     bool add(std::string_view table, std::string& problem);
 
     /// Names by code, whose level and data flag do not matter; null when there are none.

@@ -13,11 +13,13 @@ const char kUsage[] =
     "  --html            one page for a browser, with timelines; the newest 20 dumps unless --last says otherwise\n"
     "  --output FILE     write to FILE instead of standard output\n"
     "  --last N          show only the newest N dumps, and what stands between and behind them\n"
-    "  --table FILE      names of a module's files and places; may be given several times\n"
+    "  --table FILE      names of a module's files and places, or a folder with *.trace files; may be given several "
+    "times\n"
     "  --color WHEN      always, never, or auto (on a terminal, unless NO_COLOR is set)\n\n"
     "  --bundle OUT.zip  pack log, what it says, settings and the list of modules, without home paths\n"
     "  --settings FILE   the main profile for it, instead of looking for ts.ini as the library does\n"
     "  --list-only       only say what would be in it\n"
+    "  --yes             do not ask, as it does where somebody sits at a terminal\n"
     "  --force           replace OUT.zip if it is there\n\n"
     "  --help            show this text and end\n"
     "  --version         show the version and end\n\n"
@@ -51,6 +53,8 @@ bool readFlag(const std::string& argument, Options& options) {
         options.listOnly = true;
     else if (argument == "--force")
         options.force = true;
+    else if (argument == "--yes")
+        options.yes = true;
     else if (argument == "--help")
         options.help = true;
     else if (argument == "--version")
@@ -99,8 +103,8 @@ bool readOptions(const std::vector<std::string>& arguments, Options& options, st
             ++i;
         }
     }
-    if (options.bundle.empty() && (options.listOnly || options.force || !options.settings.empty())) {
-        problem = "--settings, --list-only and --force are for --bundle";
+    if (options.bundle.empty() && (options.listOnly || options.force || options.yes || !options.settings.empty())) {
+        problem = "--settings, --list-only, --yes and --force are for --bundle";
         return false;
     }
     return true;

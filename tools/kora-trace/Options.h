@@ -18,9 +18,9 @@ struct Options {
     Colour colour = Colour::automatic;
     std::size_t last = 0;  ///< newest dumps to show; 0: as many as the format shows by itself
     std::vector<std::string> tables;
-    std::string output;                    ///< empty: standard output
-    std::string bundle, settings;          ///< empty: none; those that the library finds
-    bool listOnly = false, force = false;  ///< of a bundle
+    std::string output;                                 ///< empty: standard output
+    std::string bundle, settings;                       ///< empty: none; those that the library finds
+    bool listOnly = false, force = false, yes = false;  ///< of a bundle
     bool help = false, version = false;
 };
 

@@ -36,7 +36,10 @@ std::string moduleLabel(std::uint32_t code, const NameTable& names);
 std::string fileLabel(std::uint32_t code, const NameTable& names);
 /// "level 3, kora RamArray 700 an index lies beyond the memory array, data 0badcafe, age 12"
 std::string faultLabel(const Dump& dump, const Item& item, const NameTable& names);
-/// "1030 words written, the 6 oldest are overwritten"
+/// "its characters, the first lowest: "net"": what the data word @p index says, counted from 1, and the characters of a
+/// step's word that has nothing else.
+std::string dataLabel(const Dump& dump, const Item& item, std::size_t index);
+/// "1030 words written, the ring wrapped: the 6 oldest are overwritten, slot 0 has age 5"
 std::string countLabel(const Dump& dump);
 /// "2 dumps, 5 notes, 3 lines skipped"
 std::string summaryLabel(const Summary& summary);

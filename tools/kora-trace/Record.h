@@ -47,6 +47,10 @@ struct Dump {
     std::size_t unwritten() const;
     /// How many words were overwritten by newer ones.
     std::uint32_t overwritten() const { return count.value_or(0) > kWords ? *count - std::uint32_t{kWords} : 0; }
+    /// The age of the ring's slot 0 where it was written more than once: its newer words begin there.
+    std::optional<std::size_t> wrapAge() const;
+    /// Whether the slots that it should not have written yet hold words: after 2^32 words it begins again at 0.
+    bool countIsLow() const { return count.value_or(kWords) < kWords && unwritten() < kWords - *count && isWhole(); }
     /// What is wrong with it, in sentences without a full stop.
     std::vector<std::string> damage() const;
 };

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
+#include <set>
 
 #include "core/TraceLogPath.h"
 #include "platform/Platform.h"
@@ -29,10 +30,15 @@ public:
     Run(const Options& options, const Streams& streams) : options_(options), streams_(streams) {}
 
     int run() {
+        const bool own = options_.file.empty() && streams_.inIsTerminal, packs = !options_.bundle.empty();
+        if ((own || packs) && !useSettings())
+            return failed("the settings " + options_.settings + " cannot be read", kWrongUse);
+        // What modules bring for themselves yields to what was asked for.
+        if (own || packs) addFolder(platform::nativePath(toolsFolder()));
         for (const std::string& table : options_.tables)
-            if (!addTable(table)) return kWrongUse;
-        if (!openLog()) return kNothing;
-        return options_.bundle.empty() ? show() : bundle();
+            if (std::filesystem::is_directory(table) ? !addFolder(table) : !addTable(table)) return kWrongUse;
+        if (!openLog(own)) return kNothing;
+        return packs ? bundle() : show();
     }
 
 private:
@@ -46,12 +52,21 @@ private:
         const std::string text{std::istreambuf_iterator<char>(file), {}};
         std::string problem = "cannot be read";
         const bool added = file && names_.add(text, problem);
-        if (!added) failed(path + ": " + problem);
+        if (!problem.empty()) failed(path + ": " + problem);
         return added;
     }
 
-    bool openLog() {
-        const bool own = options_.file.empty() && streams_.inIsTerminal;
+    bool addFolder(const std::string& folder) {
+        std::set<std::filesystem::path> tables;
+        std::error_code none;
+        for (const auto& entry : std::filesystem::directory_iterator(folder, none))
+            if (entry.path().extension() == ".trace") tables.insert(entry.path());
+        bool all = true;
+        for (const auto& table : tables) all = addTable(table.string()) && all;
+        return all;
+    }
+
+    bool openLog(bool own) {
         if (options_.file == "-" || (options_.file.empty() && !own)) {
             name_ = "standard input";
             return true;
@@ -74,7 +89,8 @@ private:
     bool colours() const {
         if (options_.colour != Colour::automatic) return options_.colour == Colour::always;
         return streams_.outIsTerminal && options_.output.empty() &&
-               platform::environment().variable("NO_COLOR").value_or("").empty();
+               platform::environment().variable("NO_COLOR").value_or("").empty() &&
+               platform::environment().variable("TERM").value_or("") != "dumb";
     }
 
     std::unique_ptr<Page> page(std::ostream& out) const {
@@ -114,27 +130,55 @@ private:
 
     int bundle() {
         if (isLog(options_.bundle)) return failed(options_.bundle + " is the log", kWrongUse);
-        if (!useSettings()) return failed("the settings " + options_.settings + " cannot be read", kWrongUse);
         const std::string path =
             platform::libraryPath(std::filesystem::absolute(options_.bundle).lexically_normal().string());
+        platform::FileKind kind;
+        platform::Failure ignored;
+        if (!options_.force && !options_.listOnly && platform::fileSystem().kind(path, kind, ignored))
+            return failed(options_.bundle + " is there already; --force replaces it");
         BundleContents contents;
-        contents.log.assign(std::istreambuf_iterator<char>(log()), {});
+        takeNewest(log(), contents);
         contents.logName = name_;
         contents.mainProfile = profilePath(eIniMain);
         contents.stateProfile = profilePath(eIniState);
         contents.toolsFolder = toolsFolder();
         const std::vector<ZipEntry> entries = bundleEntries(contents, names_, HomePaths::ofThisUser());
         streams_.out << options_.bundle << (options_.listOnly ? " would hold" : " will hold") << ", in bytes:\n"
-                     << bundleList(entries) << std::flush;
+                     << bundleList(entries);
+        if (!streams_.out.flush()) return failed("what it holds cannot be shown, so nothing was written");
         if (options_.listOnly) return kRead;
-        const auto mode = options_.force ? platform::WriteMode::replace : platform::WriteMode::createNew;
-        platform::Failure failure;
-        if (!platform::fileSystem().write(path, zipArchive(entries, std::time(nullptr)), mode, true, failure))
-            return failed(options_.bundle + (failure.cause == platform::Cause::exists
-                                                 ? " is there already; --force replaces it"
-                                                 : " cannot be written"));
+        if (!isAgreed()) return failed("nothing was written");
+        if (!writeWhole(path, zipArchive(entries, std::time(nullptr)))) return kNothing;
         streams_.out << "written\n";
         return kRead;
+    }
+
+    // Nobody is asked who is not there.
+    bool isAgreed() {
+        if (options_.yes || !streams_.inIsTerminal || !streams_.outIsTerminal) return true;
+        streams_.out << "Write it? (y/n) " << std::flush;
+        std::string answer;
+        return std::getline(streams_.in, answer) && (answer.starts_with('y') || answer.starts_with('Y'));
+    }
+
+    // Under its name there is the whole archive, or what was there before.
+    bool writeWhole(const std::string& path, const std::string& bytes) {
+        using platform::fileSystem;
+        const std::string scratch = path + ".part";
+        platform::Failure failure;
+        const bool written = fileSystem().write(scratch, bytes, platform::WriteMode::createNew, true, failure);
+        const bool mine = written || failure.cause != platform::Cause::exists;
+        const bool done = written && (options_.force ? fileSystem().rename(scratch, path, failure)
+                                                     : fileSystem().link(scratch, path, failure));
+        platform::Failure ignored;
+        if (mine && !(done && options_.force)) fileSystem().remove(scratch, ignored);
+        if (done) return true;
+        const std::string name = options_.bundle + (mine ? "" : ".part");
+        if (failure.cause != platform::Cause::exists)
+            failed(name + " cannot be written");
+        else
+            failed(name + " is there already" + (mine ? "; --force replaces it" : ""));
+        return false;
     }
 
     const Options& options_;

@@ -85,6 +85,7 @@ private:
         titles[5] = "place";
         write("  ", titles, widths, kDim);
         out_ << '\n';
+        if (dump.overwritten() > 0) out_ << coloured("  (the ring wrapped: older words are overwritten)", kDim) << '\n';
         auto next = rows.begin();
         for (const Fold& folded : folds) {
             for (std::size_t i = 0; i < folded.period; ++i) {
@@ -109,7 +110,7 @@ private:
     void data(const Dump& dump, const Item& item, const Row& widths, const char* margin) {
         for (std::size_t i = 1; i < item.size; ++i) {
             Row row = {ageLabel(dump, item.first + i), hexWord(dump.words[item.first + i]), {}, {}, {}, {}};
-            row[5] = std::string("    ") + forTerminal(dataMeaning(item, i));
+            row[5] = "    " + forTerminal(dataLabel(dump, item, i));
             write(margin, row, widths, kDim);
             out_ << '\n';
         }

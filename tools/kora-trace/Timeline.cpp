@@ -81,6 +81,12 @@ private:
                     "\" y2=\"" + number(bottom()) + "\"/><text class=\"age\" x=\"" + number(at) + "\" y=\"" +
                     number(bottom() + 15) + "\">" + (age == 0 ? "newest" : number(age)) + "</text>\n";
         }
+        out_ += "<text class=\"ages\" x=\"" + number(kLeft - 20) + "\" y=\"" + number(bottom() + 15) + "\">" +
+                (dump_.overwritten() > 0 ? std::to_string(dump_.overwritten()) + " overwritten," : "") +
+                " age</text>\n";
+        if (const auto wrap = dump_.wrapAge())
+            rect("wrap", xOf(Dump::kWords - 1 - *wrap), kTop, 1, bottom() - kTop,
+                 "The ring wrapped: slot 0, age " + number(*wrap));
     }
 
     // What was cut off.
