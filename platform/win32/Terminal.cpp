@@ -15,7 +15,11 @@ constexpr DWORD kProcessEscapes = 0x0004;  // since Windows 10
 
 }  // namespace
 
-bool inputIsTerminal() { return _isatty(_fileno(stdin)) != 0; }
+// _isatty() takes NUL for one.
+bool inputIsTerminal() {
+    DWORD mode = 0;
+    return GetConsoleMode(GetStdHandle(STD_INPUT_HANDLE), &mode) != 0;
+}
 
 bool outputIsTerminal() {
     const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);

@@ -64,7 +64,8 @@ public:
              << "</h1>\n<p class=\"soft\">" << summaryLabel(summary) << ". Names of " << forHtml(names_.tables())
              << ".</p>\n";
         if (!overview_.empty())
-            out_ << "<div class=\"card scroll\"><table>\n<tr><th class=\"n\">line</th><th>dump</th><th>after the note "
+            out_ << "<div class=\"card scroll\"><table class=\"overview\">\n<tr><th "
+                    "class=\"n\">line</th><th>dump</th><th>after the note "
                     "of</th>"
                     "<th class=\"n\">words written</th><th>severest fault</th></tr>\n"
                  << overview_ << "</table></div>\n";
@@ -86,7 +87,7 @@ private:
     void overviewRow(const Dump& dump, const Item* fault) {
         const std::string line = std::to_string(dump.line);
         overview_ += "<tr>" + cell("n", line) + "<td><a href=\"#line" + line + "\">" +
-                     (dump.reason.empty() ? "Dump" : forHtml(dump.reason)) + "</a></td>" + cell("", dump.date) +
+                     (dump.reason.empty() ? "Dump" : forHtml(dump.reason)) + "</a></td>" + cell("date", dump.date) +
                      cell("n", dump.count ? std::to_string(*dump.count) : "?") + "<td>";
         if (fault != nullptr)
             overview_ += "<span class=\"chip " + severityClass(*fault) + "\">" + std::to_string(levelOf(fault->word)) +

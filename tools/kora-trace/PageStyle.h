@@ -24,6 +24,7 @@ table { border-collapse: collapse; width: 100%; }
 th { text-align: left; font-weight: 600; color: var(--soft); border-bottom: 1px solid var(--line); }
 th, td { padding: 2px 10px 2px 0; vertical-align: top; }
 td.n { text-align: right; font-variant-numeric: tabular-nums; white-space: nowrap; } th.n { text-align: right; }
+.overview { min-width: 760px; } td.date { white-space: nowrap; }
 td.w { font-family: ui-monospace, "DejaVu Sans Mono", Consolas, monospace; font-size: 12.5px; white-space: nowrap; }
 .steps tr.data td { color: var(--soft); } .steps td:last-child { width: 45%; overflow-wrap: anywhere; }
 .steps tr.group td:first-child { box-shadow: inset 3px 0 var(--line); }
