@@ -207,7 +207,8 @@ TEST(KoraTrace, NamesThePlacesOfTheLibraryAndOfModules) {
     EXPECT_TRUE(names.place(kora::trace::kBadAngle)->fault && *names.file(kora::trace::kBadAngle) == "Geometry");
     for (const char* folder : {"core", "strings", "containers", "paths", "settings", "parse", "tasks", "sheet",
                                "geometry", "net", "platform"})
-        for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(KORA_SOURCE) / folder)) {
+        for (const auto& entry :
+             std::filesystem::recursive_directory_iterator(std::filesystem::path(KORA_SOURCE) / folder)) {
             const std::string name = entry.path().filename().string();
             if (!name.ends_with(".cpp") || name == "TraceLog.cpp" || name == "Faults.cpp") continue;
             std::ifstream file(entry.path(), std::ios::binary);

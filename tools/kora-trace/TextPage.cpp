@@ -21,7 +21,8 @@ public:
     TextPage(std::ostream& out, const NameTable& names, bool colours) : out_(out), names_(names), colours_(colours) {}
 
     void note(const Note& note) override {
-        out_ << (note.date.empty() ? "" : coloured(note.date, kDim) + "  ") << forTerminal(note.text) << '\n';
+        out_ << (note.date.empty() ? "" : coloured(forTerminal(note.date), kDim) + "  ") << forTerminal(note.text)
+             << '\n';
     }
 
     void skipped(const Skipped& skipped) override {
@@ -46,7 +47,7 @@ private:
     void heading(const Dump& dump, const std::vector<Item>& items) {
         const std::string reason = dump.reason.empty() ? "" : ": " + forTerminal(dump.reason);
         out_ << '\n' << coloured("== dump, line " + std::to_string(dump.line) + reason, kBold) << '\n';
-        if (!dump.date.empty()) out_ << "   after the note of " << dump.date << '\n';
+        if (!dump.date.empty()) out_ << "   after the note of " << forTerminal(dump.date) << '\n';
         out_ << "   " << countLabel(dump) << '\n';
         for (const std::string& sentence : dump.damage()) out_ << "   damaged: " << sentence << '\n';
         if (const Item* fault = severest(items))
