@@ -16,7 +16,7 @@ case ${1:-} in
 --help | -h) sed -n '2,9s/^# \{0,1\}//p' "$0" && exit 0 ;;
 esac
 
-need cmake ninja-build g++ gcc googletest
+need cmake ninja-build g++ gcc googletest pkg-config
 [ "$preset" = windows ] || need_nmbd
 case $preset in
 sanitize) need clang libclang-rt-14-dev ;;
