@@ -1,6 +1,5 @@
 # Where the parts go on a user's machine. There are three components: "runtime" is what programs need to run, "tools" is
-# programs, "development" is all that modules are made with. A tool needs a line of its own where it is built, no more:
-# install(TARGETS kora-... COMPONENT tools)
+# programs and theirs, which are installed where they are built, "development" is all that modules are made with.
 
 include(CMakePackageConfigHelpers)
 

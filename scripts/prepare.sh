@@ -34,8 +34,10 @@ need_nmbd() {
         dpkg-deb --fsys-tarfile samba_*.deb | tar -x --strip-components=3 ./usr/sbin/nmbd && rm samba_*.deb) >&2
 }
 
-# build PRESET [TARGET...]: configures and builds build/PRESET, with ccache where that is installed.
+# build PRESET [TARGET...]: configures and builds build/PRESET, with ccache where that is installed. What one preset has
+# compiled serves another: nothing but the build folder's name, in the debugger's notes, may then be the other's.
 build() {
+    export CCACHE_NOHASHDIR=yes
     preset=$1
     shift
     launcher=
