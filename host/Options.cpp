@@ -8,7 +8,8 @@
 namespace kora::host {
 
 const char kUsage[] =
-    "Usage: kora-host [--ini FILE] [--tools DIR] [--stay] [--idle N] [--exit] [--report FILE] [OPTION FOR MODULES]...\n"
+    "Usage: kora-host [--ini FILE] [--tools DIR] [--stay] [--idle N] [--exit] [--report FILE] [--trace]\n"
+    "                 [OPTION FOR MODULES]...\n"
     "       kora-host --list [--all] [--ini FILE] [--tools DIR]\n"
     "       kora-host --why FILE\n\n"
     "Starts Kora System Services with the modules of the tools folder and passes them their options.\n\n"
@@ -19,6 +20,8 @@ const char kUsage[] =
     "  --exit         end then: ask the modules, and go whatever they answer\n"
     "  --report FILE  show no messages in windows; write what happened and how long it took to FILE as JSON, - is\n"
     "                 standard output\n"
+    "  --trace        write dumps of the trace to its log, ts_error_log.txt in your documents folder; kora-trace shows "
+    "it\n"
     "  --list         tell what the files of the tools folder are and export, without running them; --all names every\n"
     "                 export\n"
     "  --why FILE     tell whether the module FILE would load, why not, and what to do, without running it\n"
@@ -62,14 +65,15 @@ bool takeSwitch(Options& options, std::string_view option) {
     if (option == "--stay") return options.stay = true;
     if (option == "--exit") return options.exit = true;
     if (option == "--all") return options.all = true;
+    if (option == "--trace") return options.trace = true;
     if (option != "--help" && option != "--list") return false;
     return takeTask(options, option == "--help" ? Task::help : Task::list);
 }
 
 /// Whether everything that was given has a meaning for the task: of two files behind --why the second has none.
 bool fits(const Options& options) {
-    const bool forRun =
-        options.exit || options.stay || options.idle > 0 || !options.report.empty() || !options.forModules.empty();
+    const bool forRun = options.exit || options.stay || options.trace || options.idle > 0 || !options.report.empty() ||
+                        !options.forModules.empty();
     if (options.task == Task::help) return true;
     return (options.task == Task::run || !forRun) && (options.task == Task::list || !options.all);
 }

@@ -18,6 +18,7 @@ struct Options {
     long idle = 0;           ///< so many passes at least
     bool exit = false;       ///< end after them
     bool stay = false, all = false;
+    bool trace = false;  ///< to its log
     CStringArray forModules;
 };
 

@@ -2,6 +2,7 @@
 
 #include <kora/Err.h>
 #include <kora/File.h>
+#include <kora/Trace.h>
 #include <kora/Tsk.h>
 
 #include <algorithm>
@@ -55,6 +56,7 @@ int run(const Options& options, RunRecord& record) {
         if (recorder) recorder->phaseSet(name);
     };
     if (record.error = usePlaces(options); !record.error.empty()) return 2;
+    if (options.trace) TraceToFileSet(true);
     FileDocRootSearchSet(true);
     TskInterruptsAsQuit(true);
     Clock::time_point begin = Clock::now();

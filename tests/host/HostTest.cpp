@@ -47,6 +47,7 @@ TEST(Host, RunsAsLongAsModulesNeedItAndTellsTheirFailures) {
         {"--stay -quit", 0, agreed, phase4},
 #if !defined(_WIN32)
         {"--stay -int", 0, agreed, phase4},
+        {"--trace", 0, agreed, phase4},
 #endif
         // failures of modules
         {"-err", 1, agreed, "Unknown error occurred. Kora Module 'worker'  Location 0x10 (16)  Reference 0x0 (0)"},
@@ -68,6 +69,11 @@ TEST(Host, RunsAsLongAsModulesNeedItAndTellsTheirFailures) {
         EXPECT_EQ(out, row.printed);
         EXPECT_THAT(folder.Read("err" + number), testing::HasSubstr(row.told));
     }
+#if !defined(_WIN32)
+    const std::string log = folder.Read("ts_error_log.txt");
+    EXPECT_THAT(log, testing::ContainsRegex("Hello!\n\\$STARTDUMP.* Exit Trace\n")) << "of --trace alone";
+    EXPECT_EQ(log.find("Hello!"), log.rfind("Hello!"));
+#endif
     std::filesystem::current_path(before);
 }
 
