@@ -35,7 +35,7 @@ summary { cursor: pointer; color: var(--soft); margin: 8px 0; }
 .chip { display: inline-block; border-radius: 4px; padding: 0 7px; color: var(--card); font-weight: 600; }
 .sev0 { --sev: var(--sev0); } .sev1 { --sev: var(--sev1); } .sev2 { --sev: var(--sev2); } .sev3 { --sev: var(--sev3); }
 .chip { background: var(--sev); } tr.sev0 td, tr.sev1 td, tr.sev2 td, tr.sev3 td { color: var(--sev); }
-.timeline { width: 100%; min-width: 1040px; height: auto; display: block; margin: 12px 0 4px; }
+.timeline { width: 100%; min-width: 960px; height: auto; display: block; margin: 12px 0 4px; }
 .timeline text { font-size: 11px; fill: var(--soft); } .timeline .name { text-anchor: end; fill: var(--ink); }
 .timeline .name tspan { fill: var(--soft); } .timeline .age { text-anchor: middle; }
 .timeline .ages { text-anchor: end; } .wrap { fill: var(--soft); }
