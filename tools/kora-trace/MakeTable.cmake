@@ -1,8 +1,9 @@
-# cmake -D HEADER=core/TraceCodes.h -D VERSION=... -D TABLE=kora.trace -D SOURCE=LibraryTable.cpp -P MakeTable.cmake
+# cmake -D HEADER=TraceCodes.h -D NAME=counter -D VERSION=1.2 -D TABLE=counter.trace [-D SOURCE=LibraryTable.cpp]
+#       -P MakeTable.cmake
 #
-# The library's table of names out of the header that its sources take their trace codes from: as a file for people, in
-# the format of every module's table (docs/trace.md), and as a source that carries the same text. A file or place whose
-# line cannot be read, or that says nothing of itself, ends the build.
+# A table of names out of the header that sources take their trace codes from, in the form of core/TraceCodes.h: as a
+# file for people, in the format of every module's table (docs/trace.md), and for kora-trace itself as a source that
+# carries the same text. A file or place whose line cannot be read, or that says nothing of itself, ends the build.
 cmake_minimum_required(VERSION 3.25)
 
 file(STRINGS ${HEADER} lines ENCODING UTF-8)
@@ -40,11 +41,14 @@ if(NOT module OR NOT rows)
     message(FATAL_ERROR "${HEADER} has no module number, or no files")
 endif()
 
-set(table "# Trace codes of Kora System Services ${VERSION}\nmodule ${module} kora ${VERSION}\n")
+set(table "# Trace codes of ${NAME} ${VERSION}\nmodule ${module} ${NAME} ${VERSION}\n")
 foreach(row IN LISTS rows)
     string(APPEND table "\n${head_${row}}${places_${row}}")
 endforeach()
 file(WRITE ${TABLE} "${table}")
+if(NOT SOURCE)
+    return()
+endif()
 file(WRITE ${SOURCE} "#include \"tools/kora-trace/Names.h\"
 
 namespace kora::tracelog {

@@ -132,10 +132,13 @@ private:
         if (isLog(options_.bundle)) return failed(options_.bundle + " is the log", kWrongUse);
         const std::string path =
             platform::libraryPath(std::filesystem::absolute(options_.bundle).lexically_normal().string());
-        platform::FileKind kind;
-        platform::Failure ignored;
-        if (!options_.force && !options_.listOnly && platform::fileSystem().kind(path, kind, ignored))
-            return failed(options_.bundle + " is there already; --force replaces it");
+        // A device is not replaced by an archive, whatever was asked for.
+        std::error_code none;
+        if (!options_.listOnly && std::filesystem::exists(options_.bundle, none)) {
+            if (!std::filesystem::is_regular_file(options_.bundle, none))
+                return failed(options_.bundle + " is no file");
+            if (!options_.force) return failed(options_.bundle + " is there already; --force replaces it");
+        }
         BundleContents contents;
         takeNewest(log(), contents);
         contents.logName = name_;
