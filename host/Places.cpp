@@ -41,7 +41,10 @@ std::string usePlaces(const Options& options) {
                    (file.FileGetErrorCause() == FileErrorNotFound ? " is not there" : " cannot be read");
     }
     if (options.tools.empty()) return {};
-    if (!std::filesystem::is_directory(options.tools)) return "the folder " + options.tools + " is not there";
+    std::error_code error;
+    if (!std::filesystem::is_directory(options.tools, error)) return "the folder " + options.tools + " is not there";
+    if (const std::filesystem::directory_iterator first(options.tools, error); error)
+        return "the folder " + options.tools + " cannot be read";
     TskToolsFolderSet(options.tools.c_str());
     return {};
 }
