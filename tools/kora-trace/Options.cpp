@@ -7,8 +7,8 @@ namespace kora::tracelog {
 const char kUsage[] =
     "Usage: kora-trace [OPTION]... [FILE]\n\n"
     "Shows what the trace log of Kora System Services says: its notes, and its dumps step by step.\n"
-    "FILE is a log, \"-\" standard input. Without FILE standard input is read, or, where that is a terminal,\n"
-    "your own log, ts_error_log.txt in your documents folder.\n\n"
+    "FILE is a log, \"-\" standard input. Without FILE standard input is read; where that is a terminal, and for a\n"
+    "bundle, your own log, ts_error_log.txt in your documents folder.\n\n"
     "  --json            one JSON document for programs\n"
     "  --html            one page for a browser, with timelines; the newest 20 dumps unless --last says otherwise\n"
     "  --output FILE     write to FILE instead of standard output\n"

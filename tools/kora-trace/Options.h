@@ -13,7 +13,7 @@ enum class Format : std::uint8_t { text, json, html };
 enum class Colour : std::uint8_t { automatic, always, never };
 
 struct Options {
-    std::string file;  ///< empty: standard input, or the user's own log when that is a terminal; "-": standard input
+    std::string file;  ///< empty: standard input, or the user's own log; "-": standard input
     Format format = Format::text;
     Colour colour = Colour::automatic;
     std::size_t last = 0;  ///< newest dumps to show; 0: as many as the format shows by itself

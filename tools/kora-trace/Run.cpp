@@ -30,7 +30,8 @@ public:
     Run(const Options& options, const Streams& streams) : options_(options), streams_(streams) {}
 
     int run() {
-        const bool own = options_.file.empty() && streams_.inIsTerminal, packs = !options_.bundle.empty();
+        const bool packs = !options_.bundle.empty();
+        const bool own = options_.file.empty() && (packs || streams_.inIsTerminal);
         if ((own || packs) && !useSettings())
             return failed("the settings " + options_.settings + " cannot be read", kWrongUse);
         // What modules bring for themselves yields to what was asked for.
