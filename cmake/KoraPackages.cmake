@@ -50,7 +50,8 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME kora-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION devel)
 set(CPACK_COMPONENT_TOOLS_DEPENDS runtime)
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION "${about}
-This package holds the programs: kora-host runs modules without windows.")
+This package holds the programs that run modules without windows, begin new
+ones, and show what a trace log says.")
 
 include(CPack)
 

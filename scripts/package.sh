@@ -37,20 +37,20 @@ du -h build/packages/*
 [ -n "$check" ] || exit 0
 
 try=$top/build/package-check
-rm -rf "$try"
+as_root rm -rf "$try"  # Wine's part of it is root's
 mkdir -p "$try/debian" "$try/windows" "$try/bare/tools"
 
 # The netlist module is built with the unpacked packages alone, and loaded by their hosts.
-use="-D NAME=netlist -D FOLDER=$top/modules/netlist -D GENERATOR=Ninja -P tests/package/UseModule.cmake"
+set -- -D NAME=netlist -D "FOLDER=$top/modules/netlist" -D GENERATOR=Ninja -P tests/package/UseModule.cmake
 for package in "$packages"/*.deb; do
     dpkg -x "$package" "$try/debian"
 done
 libraries=$try/debian/usr/lib/$(dpkg-architecture -q DEB_HOST_MULTIARCH)
-LD_LIBRARY_PATH=$libraries cmake -D PACKAGE="$try/debian/usr" -D WORK="$try/debian-netlist" -D COMPILER=g++ $use
+LD_LIBRARY_PATH=$libraries cmake -D PACKAGE="$try/debian/usr" -D WORK="$try/debian-netlist" -D COMPILER=g++ "$@"
 (cd "$try/windows" && cmake -E tar xf "$packages"/kora-*.zip)
 scripts/wine.sh --prepare
 scripts/wine.sh --session cmake -D PACKAGE="$(echo "$try"/windows/kora-*)" -D WORK="$try/windows-netlist" \
-    -D TOOLCHAIN=yes -D EMULATOR="$top/scripts/wine.sh" $use
+    -D TOOLCHAIN=yes -D EMULATOR="$top/scripts/wine.sh" "$@"
 echo "Both packages build the netlist module, and their hosts load it."
 
 cp "$packages"/*.deb "$try/bare"
@@ -60,6 +60,7 @@ scripts/bare-debian.sh "$try/bare" sh -euxc '
     dpkg --install /mnt/*.deb >/dev/null
     test -z "$(dpkg --verify libkora0 kora-tools libkora-dev)"
     ldconfig -p | grep libkora.so.0
+    for program in $(dpkg --listfiles kora-tools | grep /bin/); do $program --help >/dev/null; done
     kora-host --tools /mnt/tools --list
     kora-host --why /mnt/tools/netlist.qzx
     kora-host --tools /mnt/tools -net /usr/share/doc/libkora-dev/modules/netlist/netlists/c17.blif
