@@ -54,7 +54,7 @@ public:
     TestFolder(const TestFolder&) = delete;
     TestFolder& operator=(const TestFolder&) = delete;
 
-    const std::filesystem::path& Native() const { return path_; }
+    const std::filesystem::path& Native() const { return path_; }  ///< the folder, for the standard library
     /// The folder, or a name in it, as the system writes it.
     std::string NativeText(const std::string& name = "") const {
         return (name.empty() ? path_ : path_ / name).string();
@@ -63,7 +63,9 @@ public:
     std::string Path(const std::string& name = "") const {
         return name.empty() ? libraryForm_ : libraryForm_ + '\\' + name;
     }
+    /// Makes a folder in it, with those on the way there.
     void MakeFolder(const std::string& name) const { std::filesystem::create_directories(path_ / name); }
+    /// Makes a file of these bytes, in the place of one that is there.
     void Write(const std::string& name, const std::string& bytes) const {
         std::ofstream file(path_ / name, std::ios::binary | std::ios::trunc);
         file << bytes;
@@ -73,6 +75,7 @@ public:
         std::ifstream file(path_ / name, std::ios::binary);
         return {std::istreambuf_iterator<char>(file), {}};
     }
+    /// Whether there is a file or a folder of this name.
     bool Has(const std::string& name) const { return std::filesystem::exists(path_ / name); }
 
 private:
@@ -84,6 +87,7 @@ private:
 /// milliseconds does after Advance(1001).
 class TestClock {
 public:
+    /// Puts the clock in force, at @p now.
     explicit TestClock(unsigned long now = 1000) : before_(inForce_) {
         inForce_ = this;
         clockBefore_ = TmrClockSet([] { return inForce_->now_; });
@@ -96,9 +100,10 @@ public:
     TestClock(const TestClock&) = delete;
     TestClock& operator=(const TestClock&) = delete;
 
-    unsigned long Get() const { return now_; }
+    unsigned long Get() const { return now_; }  ///< in milliseconds
     /// In milliseconds; 32 bits of it count.
     void Set(unsigned long now) { now_ = now & 0xFFFFFFFF; }
+    /// Moves it on; it wraps at 32 bits.
     void Advance(unsigned long milliseconds) { Set(now_ + milliseconds); }
 
 private:
@@ -112,9 +117,10 @@ private:
 /// Keeps what the user would have been told or asked, and gives the answers set here.
 class TestPresenter : public MsgPresenter {
 public:
+    /// An alert.
     struct Shown {
-        std::string text;
-        unsigned style = 0;
+        std::string text;    ///< as it would be shown
+        unsigned style = 0;  ///< of a Windows message box
     };
 
     TestPresenter() : before_(MsgPresenterSet(this)) {}
@@ -152,12 +158,12 @@ public:
     std::string chosen;               ///< what choosers answer after that
     bool suppressNext = false;        ///< whether the user does not want to see an internal error again
 
-    std::vector<Shown> alerts;
-    std::vector<std::string> continueAlerts;
-    std::vector<std::string> errors;  ///< internal ones
-    std::vector<std::string> progress;
-    std::vector<MsgFileChoice> asked;  ///< of choosers of both kinds, a directory's prompt and path
-    int beeps = 0;
+    std::vector<Shown> alerts;                ///< message boxes
+    std::vector<std::string> continueAlerts;  ///< alerts with two buttons of their own
+    std::vector<std::string> errors;          ///< internal ones
+    std::vector<std::string> progress;        ///< lines on how far something has come
+    std::vector<MsgFileChoice> asked;         ///< of choosers of both kinds, a directory's prompt and path
+    int beeps = 0;                            ///< how many there were
 
 private:
     template <class Answer>
@@ -196,7 +202,7 @@ public:
     std::string Log() const { return folder.Read("documents/ts_error_log.txt"); }                ///< the trace log
     std::string State() const { return folder.Read("userdata/Veltrane/Tessera5/tsstate.ini"); }  ///< the state file
 
-    TestFolder folder;
+    TestFolder folder;  ///< with the places in it, by the names that TskScratchPlacesSet() gives them
 
 private:
     static inline constinit TestPlaces* inForce_ = nullptr;
@@ -330,10 +336,10 @@ public:
         return text;
     }
 
-    TestPlaces places;
-    TestClock clock;
-    TestPresenter presenter;
-    TestProfile profile;
+    TestPlaces places;                ///< where what belongs to the user is
+    TestClock clock;                  ///< moved by Run(), and by whoever wants to
+    TestPresenter presenter;          ///< what the user was told and asked
+    TestProfile profile;              ///< read at Start()
     std::vector<TestModule> modules;  ///< in the order in which they came; of a last run until the next Start()
 
 private:

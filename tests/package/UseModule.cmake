@@ -2,7 +2,17 @@
 include(${CMAKE_CURRENT_LIST_DIR}/Run.cmake)
 
 file(REMOVE_RECURSE ${WORK})
-file(COPY ${FOLDER}/ DESTINATION ${WORK}/source)
+if(FOLDER)
+    file(COPY ${FOLDER}/ DESTINATION ${WORK}/source)
+    set(tests ignore)
+else()
+    # kora-new writes it.
+    file(MAKE_DIRECTORY ${WORK})
+    file(GLOB new ${PACKAGE}/bin/kora-new*)
+    run(${EMULATOR} ${new} ${NAME} --dir ${WORK})
+    file(RENAME ${WORK}/${NAME} ${WORK}/source)
+    set(tests error)
+endif()
 if(TOOLCHAIN)
     set(compiler -D CMAKE_TOOLCHAIN_FILE=${PACKAGE}/lib/cmake/Kora/windows-i686.cmake
         -D CMAKE_CROSSCOMPILING_EMULATOR=${EMULATOR})
@@ -11,7 +21,7 @@ else()
 endif()
 run(${CMAKE_COMMAND} -G ${GENERATOR} -S ${WORK}/source -B ${WORK}/build ${compiler})
 run(${CMAKE_COMMAND} --build ${WORK}/build)
-run(${CMAKE_COMMAND} -E chdir ${WORK}/build ${CMAKE_CTEST_COMMAND} --output-on-failure)
+run(${CMAKE_COMMAND} -E chdir ${WORK}/build ${CMAKE_CTEST_COMMAND} --output-on-failure --no-tests=${tests})
 
 # The host is alone with the module and an empty profile.
 file(COPY ${WORK}/build/${NAME}.qzx DESTINATION ${WORK}/run/tools)
