@@ -12,7 +12,7 @@
 namespace {
 
 constexpr char kUsage[] =
-    "usage: kora-new [--dir DIR] NAME\n"
+    "Usage: kora-new [--dir DIR] NAME\n"
     "\n"
     "Writes a module called NAME into a new folder NAME: its source, its strings, a test, a CMakeLists.txt and a\n"
     "README.md, which says how to go on.\n"
