@@ -259,7 +259,7 @@ struct TestModule {
 /// started again, with all that its run left behind.
 class TestHost : private TskObserver {
 public:
-    TestHost() : observerBefore_(TskObserverSet(this)), applicationBefore_(TskApplicationSet(&application_)) {
+    TestHost() : observerBefore_(TskObserverSet(this)) {
         FileDocRootSearchSet(true);
         tools_.MakeFolder("tools");
         ToolsFolderSet(tools_.NativeText("tools"));
@@ -268,7 +268,6 @@ public:
         End();
         TskToolsFolderSet(nullptr);
         FileDocRootSearchSet(rootSearchBefore_);
-        TskApplicationSet(applicationBefore_);
         TskObserverSet(observerBefore_);
     }
     TestHost(const TestHost&) = delete;
@@ -385,10 +384,8 @@ private:
         return !failed;
     }
 
-    TskApplication application_;  // with a list of recent files of its own
     TestFolder tools_;
     TskObserver* observerBefore_;
-    TskApplication* applicationBefore_;
     bool rootSearchBefore_ = FileDocRootSearchGet();
     std::vector<Step> steps_;
     TskKoraModule* refusing_ = nullptr;  // of the last one asked
