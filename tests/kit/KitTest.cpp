@@ -43,7 +43,7 @@ TEST(TestHost, SaysWhatFailedAndIsAsNewTheNextTime) {
 
 // What the user has is neither seen nor changed; what one run leaves behind is there in the next of the same host.
 TEST(TestHost, KeepsOutOfTheUsersPlaces) {
-    const CString documents = DirGetDocRootDir();
+    const CString documents = DirGetDocRootDir(), section = TestFolder().Path();  // of no other run
     CString option;
     for (int turn = 0; turn < 2; ++turn) {
         TestHost host;
@@ -56,8 +56,8 @@ TEST(TestHost, KeepsOutOfTheUsersPlaces) {
         for (const bool again : {false, true}) {
             host.Start();
             EXPECT_FALSE(TskScratchPlacesSet(nullptr)) << "not while it runs";
-            EXPECT_EQ(GetRegOption("Kit Test", "con ", option), again);
-            SetRegOption("Kit Test", "con ", CString("kept"));
+            EXPECT_EQ(GetRegOption(section.c_str(), "con ", option), again);
+            SetRegOption(section.c_str(), "con ", CString("kept"));
             CStringArray recent;
             FileGetMRUList(recent);
             EXPECT_EQ(recent.size(), again ? 1u : 0u);
@@ -74,7 +74,7 @@ TEST(TestHost, KeepsOutOfTheUsersPlaces) {
         EXPECT_NE(std::make_unique<TestPlaces>()->folder.Path(), folder.Path());
         EXPECT_EQ(DirGetDocRootDir(), folder.Path("documents"));
     }
-    EXPECT_FALSE(GetRegOption("Kit Test", "con ", option));
+    EXPECT_FALSE(GetRegOption(section.c_str(), "con ", option));
     EXPECT_EQ(DirGetDocRootDir(), documents);
 }
 
