@@ -19,6 +19,7 @@ need cmake ninja-build g++ gcc googletest dpkg-dev file g++-mingw-w64-i686-posix
     mingw-w64-i686-dev ${check:+debootstrap}
 
 cd "$top"
+umask 022  # everybody can read what is installed
 packages=$top/build/packages
 rm -rf "$packages"
 # Packages of the same commit are the same.
