@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <string>
 
 #include "tools/kora-new/ModuleName.h"
@@ -24,6 +25,11 @@ constexpr char kUsage[] =
 int misused(const std::string& complaint) {
     std::fprintf(stderr, "kora-new: %s\n", complaint.c_str());
     return 2;
+}
+
+std::string forShell(const std::filesystem::path& path) {
+    const std::string text = path.string();
+    return text.find(' ') == text.npos ? text : '"' + text + '"';
 }
 
 }  // namespace
@@ -59,12 +65,13 @@ int main(int count, char** arguments) try {
         return 1;
     }
     for (const std::string& file : files) std::printf("%s\n", file.c_str());
-    const std::string folder = directory.empty() ? name : directory + '/' + name;
+    const std::filesystem::path folder = std::filesystem::path(files.front()).parent_path();
+    const std::string source = forShell(folder), build = forShell(folder / "build");
     std::printf(
         "\nBuild and test it, with -DCMAKE_PREFIX_PATH=... behind the first line where Kora is not in the system's own "
         "folders:\n"
-        "  cmake -S %s -B %s/build\n  cmake --build %s/build\n  ctest --test-dir %s/build --output-on-failure\n",
-        folder.c_str(), folder.c_str(), folder.c_str(), folder.c_str());
+        "  cmake -S %s -B %s\n  cmake --build %s\n  ctest --test-dir %s --output-on-failure\n",
+        source.c_str(), build.c_str(), build.c_str(), build.c_str());
     return 0;
 } catch (const std::exception& failure) {
     std::fprintf(stderr, "kora-new: %s\n", failure.what());
