@@ -5,7 +5,7 @@
 /// Trace codes: module number from bit 18, file number from bit 12, location in bits 0 to 11. This library is module
 /// 1. Every source that marks steps or files faults has its number here, and every place its name, and nowhere else.
 ///
-/// The build makes kora-trace's table of names out of this file (tools/kora-trace/MakeTable.cmake): one line for each
+/// The build makes kora-trace's table of names out of this file (tools/kora-trace/MakeTraceTable.cmake): one line for each
 /// file and place, with what is to be read in a dump behind it. "fault:" is a place that is filed with ERR(); each "|"
 /// is a data word that follows the code, and what it says.
 namespace kora::trace {

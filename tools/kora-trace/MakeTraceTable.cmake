@@ -1,9 +1,8 @@
 # cmake -D HEADER=TraceCodes.h -D NAME=counter -D VERSION=1.2 -D TABLE=counter.trace [-D SOURCE=LibraryTable.cpp]
-#       -P MakeTable.cmake
+#       -P MakeTraceTable.cmake
 #
-# A table of names out of the header that sources take their trace codes from, in the form of core/TraceCodes.h: as a
-# file for people, in the format of every module's table (docs/trace.md), and for kora-trace itself as a source that
-# carries the same text. A file or place whose line cannot be read, or that says nothing of itself, ends the build.
+# A table of names out of the header that sources take their trace codes from: as a file for people, and for kora-trace
+# itself as a source that carries the same text. docs/trace.md tells the form of both. A file or place whose line cannot be read, or that says nothing of itself, ends the build.
 cmake_minimum_required(VERSION 3.25)
 
 file(STRINGS ${HEADER} lines ENCODING UTF-8)
@@ -22,7 +21,7 @@ foreach(line IN LISTS lines)
         set(places_${CMAKE_MATCH_1} "")
         list(APPEND rows ${CMAKE_MATCH_1})
         set(head_${CMAKE_MATCH_1} "file ${CMAKE_MATCH_3} ${CMAKE_MATCH_2} ${CMAKE_MATCH_4}\n")
-    elseif(list STREQUAL "Place" AND line MATCHES "^ +k[A-Za-z0-9]+ = code\\((k[A-Za-z]+), 0x([0-9A-F]+)\\), +// (fault: )?(.+)$"
+    elseif(list STREQUAL "Place" AND line MATCHES "^ +k[A-Za-z0-9]+ = code\\((k[A-Za-z0-9]+), 0x([0-9A-F]+)\\), +// (fault: )?(.+)$"
            AND CMAKE_MATCH_1 IN_LIST rows)
         string(FIND "${places_${CMAKE_MATCH_1}}" " 0x${CMAKE_MATCH_2} " twice)
         if(NOT twice EQUAL -1)
