@@ -317,7 +317,7 @@ public:
         for (bool agreed = TskGetApp()->TskAppQuit(); !agreed; agreed = TskExitKoraQuery()) {
             TskExitCodeSet(1);
             if (refusing_ == nullptr) break;
-            failed(refusingPlace_, "TskExitRequest() refused");
+            failed(refusingPlace_, refusal_);
             delete refusing_;
         }
         code_ = ExitInstance();
@@ -366,6 +366,7 @@ private:
             if (result != TskStepDone) failed(ended.place, *reason != '\0' ? reason : "its entry threw");
         } else if (ended.step == TskStepExitRequest) {
             refusing_ = result == TskStepDone ? nullptr : ended.module;
+            refusal_ = result == TskStepThrew ? "TskExitRequest() threw" : "TskExitRequest() refused";
             refusingPlace_ = ended.place;
         } else if (result == TskStepThrew || (result == TskStepFailed && ended.step <= TskStepInit4)) {
             static constexpr const char* kNames[] = {"TskInit1",     "TskInit2", "TskInit3", "TskInit4",
@@ -389,6 +390,7 @@ private:
     bool rootSearchBefore_ = FileDocRootSearchGet();
     std::vector<Step> steps_;
     TskKoraModule* refusing_ = nullptr;  // of the last one asked
+    const char* refusal_ = "";
     std::size_t refusingPlace_ = 0;
     bool started_ = false, ended_ = true;
     int code_ = 0;
