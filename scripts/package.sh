@@ -13,6 +13,7 @@ check=
 case ${1:-} in
 --check) check=yes ;;
 --help | -h) sed -n '2,8s/^# \{0,1\}//p' "$0" && exit 0 ;;
+?*) echo "There is no option $1; --help shows all." >&2 && exit 2 ;;
 esac
 
 need cmake ninja-build g++ gcc googletest dpkg-dev file g++-mingw-w64-i686-posix gcc-mingw-w64-i686-posix \

@@ -2,7 +2,8 @@
 #       -P MakeTraceTable.cmake
 #
 # A table of names out of the header that sources take their trace codes from: as a file for people, and for kora-trace
-# itself as a source that carries the same text. docs/trace.md tells the form of both. A file or place whose line cannot be read, or that says nothing of itself, ends the build.
+# itself as a source that carries the same text. docs/trace.md tells the form of header and table. A file or place whose
+# line cannot be read, or that says nothing of itself, ends the build.
 cmake_minimum_required(VERSION 3.25)
 
 file(STRINGS ${HEADER} lines ENCODING UTF-8)
