@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Prints what the benchmarks measured, and writes it down.
 
     report.py [--write DOCS] [--run FILE] JSON...
