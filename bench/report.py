@@ -1,11 +1,11 @@
 #!/usr/bin/python3
 """Prints what the benchmarks measured, and writes it down.
 
-    report.py [--write DOCS] [--run FILE] JSON...
+    report.py [--host FILE] [--write DOCS] JSON...
 
-The files are what Google Benchmark writes, with repetitions. Prints case, ours, the best peer and the ratio, and how
-cost grows: the exponent of a power of the size that fits our three medians. With --write, DOCS/benchmarks.md gets the
-tables between its marks, and DOCS/benchmarks the charts.
+The JSON is what Google Benchmark writes, with repetitions; FILE is what measure_host.py writes. Prints case, ours, the
+best peer and the ratio, and how cost grows: the exponent of a power of the size that fits our three medians. With
+--write, DOCS/benchmarks.md gets machine, date and tables between its marks, and DOCS/benchmarks the charts.
 """
 
 import argparse
@@ -14,10 +14,15 @@ import csv
 import json
 import math
 import pathlib
+import platform
+import re
 import statistics
+import subprocess
 
 HERE = pathlib.Path(__file__).parent
 OURS = "kora"
+COLOUR = "#4878a8"
+MISSED = "#c8553d"
 
 
 def medians(files):
@@ -39,7 +44,8 @@ def medians(files):
             each = 1e9 / row["items_per_second"] if "items_per_second" in row else row["real_time"]
             times[case][who][int(size.split("/")[0])].append(each)
     return context, {
-        case: {who: {size: statistics.median(all) for size, all in sizes.items()} for who, sizes in whos.items()}
+        case: {who: {size: statistics.median(all) for size, all in sorted(sizes.items())}
+               for who, sizes in whos.items()}
         for case, whos in times.items()
     }
 
@@ -91,23 +97,55 @@ def markdown(all):
                f"{mark}{row.ratio:.2f}{mark} | {goal} | {row.growth:.2f} |")
 
 
+def host_table(host):
+    bytes = {}
+    for row in host["bytes"]:
+        bytes.setdefault(row["name"], []).append(row)
+    yield "| | ours | peer | |"
+    yield "|---|---|---|---|"
+    for name, (ours, peer) in bytes.items():
+        yield f"| bytes of a {name} | {float(ours['each']):.0f} | {float(peer['each']):.0f} | {peer['who']} |"
+    yield f"| `kora-host`, idle without modules, at most | {host['hostPeakKiB'] / 1024:.1f} MiB | | |"
+    yield f"| the library, stripped | {host['libraryBytes'] / 1024:.0f} KiB | | |"
+    for count, time in host["startMicroseconds"].items():
+        yield f"| from exec to the first idle pass, {count} modules | {time / 1000:.2f} ms | | |"
+
+
+def machine(context):
+    model = re.search("model name\\s*: (.*)", pathlib.Path("/proc/cpuinfo").read_text())
+    compiler = subprocess.run(["g++", "-dumpfullversion"], capture_output=True, text=True).stdout.strip()
+    caches = ", ".join(f"L{cache['level']} {cache['size'] // 1024} KiB" for cache in context["caches"]
+                       if cache["type"] != "Instruction")
+    yield (f"Measured on {context['date'][:10]}: {model[1] if model else platform.machine()}, {caches}, "
+           f"{platform.freedesktop_os_release()['PRETTY_NAME']}, GCC {compiler} with `-O2`.")
+
+
+def between(text, mark, lines):
+    """The text with what stands between two marks replaced."""
+    begin, end = f"<!-- {mark} -->\n", f"<!-- end of {mark} -->\n"
+    before, rest = text.split(begin)
+    return before + begin + "\n".join(lines) + "\n" + end + rest.split(end)[1]
+
+
 def charts(folder, all, times, cases):
     import matplotlib
     matplotlib.use("svg")
     import matplotlib.pyplot as plot
+    import matplotlib.ticker
     plot.rcParams.update({"svg.hashsalt": "kora", "svg.fonttype": "none", "font.size": 9})
     folder.mkdir(exist_ok=True)
     save = {"metadata": {"Date": None}, "bbox_inches": "tight"}
 
     figure, axes = plot.subplots(figsize=(8, 0.26 * len(all) + 1))
     places = range(len(all))
-    axes.barh(places, [row.ratio for row in all], color=["#4878a8" if row.ratio <= row.goal else "#c8553d" for row in all])
+    axes.barh(places, [row.ratio for row in all], color=[COLOUR if row.ratio <= row.goal else MISSED for row in all])
     axes.scatter([row.goal for row in all], places, marker="|", s=90, color="black", label="goal", zorder=3)
     axes.axvline(1, color="gray", linewidth=0.8)
     axes.set_yticks(places, [row.case for row in all])
     axes.invert_yaxis()
     axes.set_xscale("log")
-    axes.set_xlabel("our time divided by the best peer's; left is faster")
+    axes.xaxis.set_major_formatter(matplotlib.ticker.FormatStrFormatter("%g"))
+    axes.set_xlabel("our time divided by the best peer's; left is faster, red misses its goal")
     axes.legend(loc="lower right")
     figure.savefig(folder / "ratios.svg", **save)
     plot.close(figure)
@@ -117,11 +155,15 @@ def charts(folder, all, times, cases):
     for axes in grid.flat[len(all):]:
         axes.remove()
     for axes, row in zip(grid.flat, all):
-        for who, at in sorted(times[row.case].items(), key=lambda pair: pair[0] != OURS):
+        peers = iter(("#e08a2e", "#5a9a5a", "#9467bd"))
+        for who, at in sorted(times[row.case].items(), key=lambda pair: (pair[0] != OURS, pair[0])):
             axes.plot(at.keys(), at.values(), marker="o", markersize=3, label=who,
-                      color="#4878a8" if who == OURS else None, linewidth=2 if who == OURS else 1)
+                      color=COLOUR if who == OURS else next(peers), linewidth=2 if who == OURS else 1)
         axes.set_xscale("log")
         axes.set_yscale("log")
+        sizes = times[row.case][OURS].keys()
+        axes.set_xticks(list(sizes), [f"{size:,}" for size in sizes])
+        axes.xaxis.set_minor_locator(matplotlib.ticker.NullLocator())
         axes.set_title(row.case, fontsize=8)
         axes.set_xlabel(row.unit, fontsize=7)
         axes.tick_params(labelsize=6)
@@ -135,6 +177,7 @@ def charts(folder, all, times, cases):
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("json", nargs="+")
+    parser.add_argument("--host", type=pathlib.Path, metavar="FILE")
     parser.add_argument("--write", type=pathlib.Path, metavar="DOCS")
     options = parser.parse_args()
     context, times = medians(options.json)
@@ -144,12 +187,16 @@ def main():
         raise SystemExit(f"not in cases.csv: {', '.join(sorted(unknown))}")
     all = list(rows(cases, times))
     print_table(all)
+    if options.host:
+        print(*host_table(json.loads(options.host.read_text())), sep="\n")
     if not options.write:
         return
     page = options.write / "benchmarks.md"
-    before, _, rest = page.read_text().partition("<!-- measured -->\n")
-    _, _, after = rest.partition("<!-- end -->\n")
-    page.write_text(before + "<!-- measured -->\n" + "\n".join(markdown(all)) + "\n<!-- end -->\n" + after)
+    text = between(page.read_text(), "machine", machine(context))
+    text = between(text, "cases", markdown(all))
+    if options.host:
+        text = between(text, "host", host_table(json.loads(options.host.read_text())))
+    page.write_text(text)
     charts(options.write / "benchmarks", all, times, cases)
 
 

@@ -33,5 +33,10 @@ for program in kora-bench kora-bench-modules; do
         exit 1
     }
 done
-if [ "$write" ]; then set -- --write "$top/docs"; else set --; fi
-exec "$top/bench/report.py" kora-bench.json kora-bench-modules.json "$@"
+set -- kora-bench.json kora-bench-modules.json
+if [ "$pattern" = . ]; then
+    "$top/bench/measure_host.py" ../bin ../bench/bench-tiny.qzx >host.json 2>host.log
+    set -- --host host.json "$@"
+fi
+[ -z "$write" ] || set -- --write "$top/docs" "$@"
+exec "$top/bench/report.py" "$@"
