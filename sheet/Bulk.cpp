@@ -16,6 +16,7 @@ using kora::SheetRange;
 using kora::SheetState;
 using kora::TShtCell;
 using kora::TShtRow;
+using kora::TShtTable;
 
 namespace {
 
@@ -39,9 +40,9 @@ void setText(SheetState& state, TShtCell& cell, const std::optional<std::string>
         state.table.store.copy(cell, nullptr, 0);
 }
 
-void clear(SheetState& state, TShtCell& cell) {
-    setText(state, cell, {});
-    state.table.store.clearMark(cell);
+void clear(SheetState& state, TShtTable::Place place) {
+    setText(state, place.row[place.number], {});
+    state.table.clearMark(place);
 }
 
 }  // namespace
@@ -60,7 +61,7 @@ bool ShtSheet::bulkSet(int r, int c, const std::optional<std::string>& text) {
 bool ShtSheet::bulkClear(int r, int c) {
     TShtCell* const cell = state_->table.cell(r, c);
     if (cell == nullptr || cell->isProtected) return true;
-    clear(*state_, *cell);
+    clear(*state_, {*state_->table.row(r), c});
     return askHook(r, c);
 }
 
@@ -71,11 +72,12 @@ void ShtSheet::ShtSheetClear(bool selectionOnly, bool headingsToo) {
     if (selectionOnly && !selectedRange(range)) return;
     BusyCursor busy(*this);
     // Up to the last column, not only to the last of the range.
-    for (int c = range.left; headingsToo && c < table.colCount(); ++c) clear(*state_, *state_->table.column(c));
+    for (int c = range.left; headingsToo && c < table.colCount(); ++c)
+        clear(*state_, state_->table.headingPlace(SheetLine::column, c));
     bool goOn = true;
     for (int r = range.top; goOn && r <= range.bottom && r < table.rowCount(); ++r) {
-        TShtCell* const heading = headingsToo ? state_->makeHeading(SheetLine::row, r) : nullptr;
-        if (heading != nullptr) clear(*state_, *heading);
+        if (headingsToo && state_->makeHeading(SheetLine::row, r) != nullptr)
+            clear(*state_, state_->table.headingPlace(SheetLine::row, r));
         for (int c = range.left; goOn && c <= range.right && state_->table.cell(r, c) != nullptr; ++c)
             goOn = bulkClear(r, c);
         busy.next();

@@ -96,16 +96,7 @@ void CellStore::releaseText(TShtCell& cell) {
 
 void CellStore::release(TShtCell& cell) {
     releaseText(cell);
-    if (cell.extras_ != nullptr) giveBack(cell.extras_, sizeof *cell.extras_);
     cell = TShtCell{};
-}
-
-bool CellStore::makeExtras(TShtCell& cell) {
-    if (cell.extras_ != nullptr) return true;
-    char* const place = allocate(sizeof(CellExtras));
-    if (place == nullptr) return false;
-    cell.extras_ = new (place) CellExtras;
-    return true;
 }
 
 char* CellStore::allocateSmall(std::size_t size) {

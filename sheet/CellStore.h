@@ -29,14 +29,6 @@ public:
         cell.place_ = static_cast<std::uint8_t>(length);
         return true;
     }
-    /// assign(), and the data, which may be what changed. False, with nothing done, when there is no memory for the
-    /// data.
-    bool setContents(TShtCell& cell, bool copyText, char* text, long length, void* data, bool& changed) {
-        const bool other = cell.extras().data != data;
-        if (!set(cell, &CellExtras::data, data)) return false;
-        changed = assign(cell, text, length, copyText) || other;
-        return true;
-    }
     /// Has the cell's own text stand outside, for a cell that is moved while somebody may have read its text. Without
     /// memory it stays inside.
     void keepOutside(TShtCell& cell);
@@ -44,20 +36,7 @@ public:
     void copy(TShtCell& cell, const char* text, std::size_t length);
     /// The same for a text without a NUL.
     void copyWhole(TShtCell& cell, const char* text, std::size_t length);
-    /// Sets one of the extras. False, with nothing changed, when there is no memory for them.
-    template <class Value>
-    bool set(TShtCell& cell, Value CellExtras::*which, Value value) {
-        if (cell.extras().*which == value) return true;
-        if (!makeExtras(cell)) return false;
-        cell.extras_->*which = value;
-        return true;
-    }
-    void clearMark(TShtCell& cell) {
-        if (cell.extras_ == nullptr) return;
-        cell.extras_->mark = '\0';
-        cell.extras_->markValue = 0;
-    }
-    /// Gives back what the cell owns; it is blank then.
+    /// Gives back the text that the cell owns; it is blank then.
     void release(TShtCell& cell);
     /// Gives back everything at once: there are no cells any more.
     void clear();
@@ -88,7 +67,6 @@ private:
     bool assignAny(TShtCell& cell, char* text, long length, bool copyText);
     char* allocateSmall(std::size_t size);
     char* allocateLarge(std::size_t size);
-    bool makeExtras(TShtCell& cell);
     void releaseText(TShtCell& cell);
     char* keepOwnText(TShtCell& cell, char* part);
     static std::size_t ownedOutside(const TShtCell& cell);

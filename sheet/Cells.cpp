@@ -7,24 +7,34 @@ using kora::CellExtras;
 using kora::SheetExtent;
 using kora::SheetLine;
 using kora::SheetRedraw;
+using kora::SheetState;
 using kora::TShtCell;
 
 namespace {
 
 // What the readers of texts answer.
-void readText(const TShtCell& from, char*& text, long& length, void*& data) {
+void readText(const TShtCell& from, const CellExtras& extras, char*& text, long& length, void*& data) {
     text = from.text();
     length = from.length();
-    data = from.extras().data;
+    data = extras.data;
 }
 
 // The same for a heading, which may be missing.
-bool readHeading(const TShtCell* from, char*& text, long& length, void*& data) {
-    readText(from != nullptr ? *from : kora::kBlankCell, text, length, data);
+bool readHeading(SheetState& state, SheetLine line, int n, char*& text, long& length, void*& data) {
+    const TShtCell* const from = state.heading(line, n);
+    readText(from != nullptr ? *from : kora::kBlankCell, state.headingExtras(line, n), text, length, data);
     return from != nullptr;
 }
 
-unsigned short flagsOf(const TShtCell* cell) { return cell != nullptr ? cell->extras().flags : std::uint16_t{0}; }
+// What ShtCellGet() answers. Inline there, its registers would be saved at every read.
+[[gnu::noinline]] bool readAnyCell(SheetState& state, short r, short c, bool& copied, char*& text, long& length,
+                                   void*& data) {
+    const TShtCell* const found = state.table.cell(r, c);
+    const TShtCell& cell = found != nullptr ? *found : kora::kBlankCell;
+    copied = !cell.isBorrowed();
+    readText(cell, state.table.extras(r, c), text, length, data);
+    return true;
+}
 
 }  // namespace
 
@@ -50,17 +60,11 @@ bool ShtSheet::ShtCellGet(short r, short c, bool& copied, char*& text, long& len
     // Most cells are like this: reading at random comes to waiting for memory, and the less there is to do the more
     // reads wait at once.
     const TShtCell* const near = state_->table.near(r, c);
-    if (near != nullptr && near->isPlain()) {
-        copied = true;
-        text = near->plainText();
-        length = near->plainLength();
-        data = nullptr;
-        return true;
-    }
-    const TShtCell* const found = state_->table.cell(r, c);
-    const TShtCell& cell = found != nullptr ? *found : kora::kBlankCell;
-    copied = !cell.isBorrowed();
-    readText(cell, text, length, data);
+    if (near == nullptr || !near->isPlain()) return readAnyCell(*state_, r, c, copied, text, length, data);
+    copied = true;
+    text = near->plainText();
+    length = near->plainLength();
+    data = nullptr;
     return true;
 }
 
@@ -72,7 +76,7 @@ bool ShtSheet::ShtCellSet(short r, short c, bool copy, char* text, long length, 
     bool changed = false;
     TShtCell* cell = state_->table.cell(r, c);
     if (cell != nullptr && !shows && update == ShtCellUpdateNone && !state_->editing) {
-        if (!state_->table.store.setContents(*cell, copy, text, length, data, changed)) return false;
+        if (!state_->table.setContents({*state_->table.row(r), c}, copy, text, length, data, changed)) return false;
         state_->markDirty(*cell);
         return true;
     }
@@ -83,7 +87,7 @@ bool ShtSheet::ShtCellSet(short r, short c, bool copy, char* text, long length, 
         cell = cellToWrite(r, c, before);
     }
     if (cell == nullptr) return false;
-    if (!state_->table.store.setContents(*cell, copy, text, length, data, changed)) {
+    if (!state_->table.setContents({*state_->table.row(r), c}, copy, text, length, data, changed)) {
         updateGrown(before);
         return false;
     }
@@ -96,20 +100,20 @@ bool ShtSheet::ShtCellSet(short r, short c, bool copy, char* text, long length, 
 }
 
 bool ShtSheet::ShtCellMarkGet(short r, short c, char& mark, int& value) {
-    const TShtCell* const cell = state_->table.cell(r, c);
-    mark = cell != nullptr ? cell->extras().mark : '\0';
-    if (cell != nullptr) value = cell->extras().markValue;
+    const CellExtras& extras = state_->table.extras(r, c);
+    mark = extras.mark;
+    if (state_->table.cell(r, c) != nullptr) value = extras.markValue;
     return true;
 }
 
 bool ShtSheet::ShtCellMarkSet(short r, short c, char mark, int value, eShtCellUpdate update, eShtCellShow showRow,
                               eShtCellShow showCol) {
     const SheetExtent before = state_->extent();
-    TShtCell* const cell = cellToWrite(r, c, before);
-    if (cell == nullptr) return false;
-    const bool changed = cell->extras().mark != mark || cell->extras().markValue != value;
-    if (!state_->table.store.set(*cell, &CellExtras::mark, mark) ||
-        !state_->table.store.set(*cell, &CellExtras::markValue, value)) {
+    if (cellToWrite(r, c, before) == nullptr) return false;
+    kora::TShtTable& table = state_->table;
+    const bool changed = table.extras(r, c).mark != mark || table.extras(r, c).markValue != value;
+    if (!table.set({*table.row(r), c}, &CellExtras::mark, mark) ||
+        !table.set({*table.row(r), c}, &CellExtras::markValue, value)) {
         updateGrown(before);
         return false;
     }
@@ -161,29 +165,28 @@ bool ShtSheet::ShtCellProtectSet(short r, short c, bool on) {
     });
 }
 
-eShtCellAlign ShtSheet::ShtCellAlignGet(short r, short c) {
-    const TShtCell* const cell = state_->table.cell(r, c);
-    return cell != nullptr ? cell->extras().align : ShtCellAlignLeft;
-}
+eShtCellAlign ShtSheet::ShtCellAlignGet(short r, short c) { return state_->table.extras(r, c).align; }
 
 bool ShtSheet::ShtCellAlignSet(short r, short c, eShtCellAlign align) {
-    return changeCell(r, c, SheetRedraw::written,
-                      [&](TShtCell& cell) { return state_->table.store.set(cell, &CellExtras::align, align); });
+    return changeCell(r, c, SheetRedraw::written, [&](TShtCell&) {
+        return state_->table.set({*state_->table.row(r), c}, &CellExtras::align, align);
+    });
 }
 
-unsigned short ShtSheet::ShtCellFlagsGet(short r, short c) { return flagsOf(state_->table.cell(r, c)); }
+unsigned short ShtSheet::ShtCellFlagsGet(short r, short c) { return state_->table.extras(r, c).flags; }
 
 bool ShtSheet::ShtCellFlagsSet(short r, short c, unsigned short flags) {
-    return changeCell(r, c, SheetRedraw::nothing,
-                      [&](TShtCell& cell) { return state_->table.store.set(cell, &CellExtras::flags, flags); });
+    return changeCell(r, c, SheetRedraw::nothing, [&](TShtCell&) {
+        return state_->table.set({*state_->table.row(r), c}, &CellExtras::flags, flags);
+    });
 }
 
 bool ShtSheet::ShtRowHeadingGet(short r, char*& text, long& length, void*& data) {
-    return readHeading(state_->heading(SheetLine::row, r), text, length, data);
+    return readHeading(*state_, SheetLine::row, r, text, length, data);
 }
 
 bool ShtSheet::ShtColHeadingGet(short c, char*& text, long& length, void*& data) {
-    return readHeading(state_->heading(SheetLine::column, c), text, length, data);
+    return readHeading(*state_, SheetLine::column, c, text, length, data);
 }
 
 bool ShtSheet::ShtRowHeadingSet(short r, char* text, long length, void* data) {
@@ -198,8 +201,8 @@ bool ShtSheet::setHeading(SheetLine line, int n, char* text, long length, void* 
     const SheetExtent before = state_->extent();
     bool changed = false;
     TShtCell* const heading = state_->makeHeading(line, n);
-    const bool done =
-        heading != nullptr && state_->table.store.setContents(*heading, /*copyText=*/true, text, length, data, changed);
+    const bool done = heading != nullptr && state_->table.setContents(state_->table.headingPlace(line, n),
+                                                                      /*copyText=*/true, text, length, data, changed);
     if (done && line == SheetLine::column) state_->table.store.keepOutside(*heading);
     if (changed) redraw(line == SheetLine::row ? kora::SheetRange{n, -1, n, -1} : kora::SheetRange{-1, n, -1, n});
     redrawGrown(before);
@@ -207,15 +210,15 @@ bool ShtSheet::setHeading(SheetLine line, int n, char* text, long length, void* 
     return done;
 }
 
-unsigned short ShtSheet::ShtRowFlagsGet(short r) { return flagsOf(state_->heading(SheetLine::row, r)); }
-unsigned short ShtSheet::ShtColFlagsGet(short c) { return flagsOf(state_->heading(SheetLine::column, c)); }
+unsigned short ShtSheet::ShtRowFlagsGet(short r) { return state_->headingExtras(SheetLine::row, r).flags; }
+unsigned short ShtSheet::ShtColFlagsGet(short c) { return state_->headingExtras(SheetLine::column, c).flags; }
 bool ShtSheet::ShtRowFlagsSet(short r, unsigned short flags) { return setFlags(SheetLine::row, r, flags); }
 bool ShtSheet::ShtColFlagsSet(short c, unsigned short flags) { return setFlags(SheetLine::column, c, flags); }
 
 bool ShtSheet::setFlags(SheetLine line, int n, unsigned short flags) {
     const SheetExtent before = state_->extent();
-    TShtCell* const heading = state_->makeHeading(line, n);
-    const bool done = heading != nullptr && state_->table.store.set(*heading, &CellExtras::flags, flags);
+    const bool done = state_->makeHeading(line, n) != nullptr &&
+                      state_->table.set(state_->table.headingPlace(line, n), &CellExtras::flags, flags);
     redrawGrown(before);
     updateGrown(before);
     return done;

@@ -177,7 +177,7 @@ bool ShtSheet::ShtSheetFromBuffer(char* buffer, long length, bool atSelection, b
         kora::TShtCell* const cell = row != nullptr && hasColumn ? table.makeCell(*row, c) : nullptr;
         if (cell != nullptr && !cell->isProtected) {
             state_->markDirty(*cell);
-            table.store.clearMark(*cell);
+            table.clearMark({*row, c});
             const std::size_t kept = std::min<std::size_t>(size, INT32_MAX);
             if (hasNul || kept == 0)
                 table.store.copy(*cell, rest.data(), kept);

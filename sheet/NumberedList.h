@@ -43,7 +43,7 @@ public:
         if (elements == nullptr) return false;
         std::copy_n(elements_.get(), count_, elements.get());
         elements_ = std::move(elements);
-        room_ = static_cast<std::int16_t>(room);
+        room_ = room;
         return true;
     }
 
@@ -52,7 +52,7 @@ public:
         Element* const place = begin() + n;
         std::copy_backward(place, end(), end() + howMany);
         std::fill_n(place, howMany, Element{});
-        count_ = static_cast<std::int16_t>(count_ + howMany);
+        count_ += howMany;
     }
 
     /// Blank elements behind the last up to @p count, as reserve() can.
@@ -64,7 +64,7 @@ public:
 
     void remove(int first, int howMany) {
         std::copy(begin() + first + howMany, end(), begin() + first);
-        count_ = static_cast<std::int16_t>(count_ - howMany);
+        count_ -= howMany;
     }
 
     /// Element @p from becomes element @p to; those between move up.
@@ -83,8 +83,8 @@ public:
 
 private:
     std::unique_ptr<Element[]> elements_;
-    std::int16_t count_ = 0;
-    std::int16_t room_ = 0;
+    int count_ = 0;
+    int room_ = 0;
 };
 
 }  // namespace kora

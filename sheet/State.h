@@ -56,6 +56,13 @@ struct SheetState {
         return row->heading() != nullptr ? row->heading() : &kBlankCell;
     }
 
+    /// What a heading has besides, which may be missing.
+    const CellExtras& headingExtras(SheetLine line, int n) {
+        if (heading(line, n) == nullptr) return kNoExtras;
+        const auto [row, number] = table.headingPlace(line, n);
+        return row.heading() != nullptr ? row.extras(number) : kNoExtras;
+    }
+
     // What a writer addresses, made if need be.
     TShtRow* makeRow(int r) { return inited ? table.makeRow(r, defaultSize.row) : nullptr; }
     TShtCell* makeColumn(int c) { return inited ? table.makeColumn(c, defaultSize.column) : nullptr; }

@@ -56,9 +56,9 @@ bool TShtTable::insertColumn(int c, std::int16_t width) {
     return true;
 }
 
-int TShtTable::removeCell(TShtCell& cell) {
-    const int dirty = cell.dirty ? 1 : 0;
-    store.release(cell);
+int TShtTable::removeCell(TShtRow& row, int c) {
+    const int dirty = row[c].dirty ? 1 : 0;
+    row.release(store, c);
     return dirty;
 }
 
@@ -66,7 +66,7 @@ int TShtTable::removeCells(TShtRow& row, int first, int howMany) {
     howMany = std::min(howMany, row.count() - first);
     if (howMany <= 0) return 0;
     int dirty = 0;
-    for (int c = first; c < first + howMany; ++c) dirty += removeCell(row[c]);
+    for (int c = first; c < first + howMany; ++c) dirty += removeCell(row, c);
     row.remove(first, howMany);
     return dirty;
 }
@@ -75,7 +75,7 @@ int TShtTable::removeRows(int first, int howMany) {
     int dirty = 0;
     for (int r = first; r < first + howMany; ++r) {
         TShtRow& row = rows_[r];
-        if (row.heading() != nullptr) dirty += removeCell(*row.heading());
+        if (row.heading() != nullptr) dirty += removeCell(row, TShtRow::kHeading);
         dirty += removeCells(row, 0, row.count());
         row.destroy(store);
     }

@@ -33,7 +33,19 @@ public:
     TShtCell* column(int c) { return columns_.cell(c); }
     TShtCell* cell(int r, int c) { return rows_.holds(r) ? rows_[r].cell(c) : nullptr; }
     /// As far as the row's first block goes.
-    TShtCell* near(int r, int c) { return rows_.holds(r) ? rows_[r].near(c) : nullptr; }
+    TShtCell* near(std::int16_t r, std::int16_t c) { return rows_.holds(r) ? rows_[r].near(c) : nullptr; }
+    /// What a cell has besides, which may be missing.
+    const CellExtras& extras(int r, int c) const {
+        return rows_.holds(r) && rows_[r].cell(c) != nullptr ? rows_[r].extras(c) : kNoExtras;
+    }
+    /// The row and the number in it under which the heading of a row (column) that exists is found.
+    struct Place {
+        TShtRow& row;
+        int number;
+    };
+    Place headingPlace(SheetLine line, int n) {
+        return line == SheetLine::column ? Place{columns_, n} : Place{rows_[n], TShtRow::kHeading};
+    }
     /// The height of a row (width of a column) that exists.
     std::int16_t& size(SheetLine line, int n) { return line == SheetLine::row ? rows_[n].size : widths_[n]; }
 
@@ -56,6 +68,29 @@ public:
         return made != nullptr ? made : &in[c];
     }
     TShtCell* makeHeading(TShtRow& of) { return of.heading() != nullptr || growCells(of, -1) ? of.heading() : nullptr; }
+
+    /// Sets one of the extras of a cell or heading that exists. False, with nothing changed, when there is no memory.
+    template <class Value>
+    bool set(Place of, Value CellExtras::*which, Value value) {
+        if (of.row.extras(of.number).*which == value) return true;
+        CellExtras* const extras = of.row.makeExtras(store, of.number);
+        if (extras != nullptr) extras->*which = value;
+        return extras != nullptr;
+    }
+    void clearMark(Place of) {
+        if (!of.row[of.number].hasExtras) return;
+        set(of, &CellExtras::mark, '\0');
+        set(of, &CellExtras::markValue, 0);
+    }
+    /// Stores a text as CellStore::assign() does, and the data. @p changed says whether either is other than before.
+    /// False, with nothing done, when there is no memory for the data.
+    bool setContents(Place of, bool copyText, char* text, long length, void* data, bool& changed) {
+        TShtCell& cell = of.row[of.number];
+        const bool other = (cell.hasExtras ? of.row.extras(of.number).data : nullptr) != data;
+        if (other && !set(of, &CellExtras::data, data)) return false;
+        changed = store.assign(cell, text, length, copyText) || other;
+        return true;
+    }
 
     /// Inserts a row (column) in front of an existing one, a column with its cells. False, with nothing changed, when
     /// there is no memory.
@@ -90,7 +125,7 @@ private:
     bool growRows(int r, std::int16_t height);
     bool growColumns(int c, std::int16_t width);
     bool growCells(TShtRow& row, int c);
-    int removeCell(TShtCell& cell);
+    int removeCell(TShtRow& row, int c);
     int removeCells(TShtRow& row, int first, int howMany);
 
     NumberedList<TShtRow> rows_;
