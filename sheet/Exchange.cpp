@@ -20,11 +20,6 @@ constexpr std::size_t kLargestBuffer = 64000;
 constexpr bool endsRow(char c) { return c == '\r' || c == '\n'; }
 constexpr bool endsCell(char c) { return c == '\t' || endsRow(c); }
 
-constexpr std::uint64_t bytesEqual(std::uint64_t word, char c) {
-    constexpr std::uint64_t kOneEach = 0x0101010101010101;
-    return zeroBytes(word ^ (kOneEach * static_cast<unsigned char>(c)));
-}
-
 // How long the cell text is that stands in front.
 std::size_t endOfCell(std::string_view text) {
     std::size_t at = 0;

@@ -59,6 +59,12 @@ constexpr std::uint64_t zeroBytes(std::uint64_t word) {
     return (word - kLow) & ~word & kHigh;
 }
 
+/// The same for the bytes that are @p c.
+constexpr std::uint64_t bytesEqual(std::uint64_t word, char c) {
+    constexpr std::uint64_t kOneEach = 0x0101010101010101;
+    return zeroBytes(word ^ (kOneEach * static_cast<unsigned char>(c)));
+}
+
 /// Whether there is a NUL among at most 16 bytes, without a call.
 inline bool holdsNul(const char* text, std::size_t length) {
     if (length < sizeof(std::uint64_t)) {
