@@ -2,9 +2,12 @@
 #include <kora/Str.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
+#include "core/VirtualSlots.h"
 #include "parse/RamView.h"
+#include "strings/Bytes.h"
 
 namespace {
 
@@ -15,29 +18,28 @@ bool isMember(const ParCharSet& set, unsigned char c) {
     return c < 128 && (set.bits[c / 16] >> c % 16 & 1) != 0;
 }
 
-/// The members of a class that mean nothing but themselves to the reader, one test for each.
-class PlainMembers {
-public:
-    PlainMembers(const ParCharSet& set, char stmtEndChar) : high_(set.all) {
-        if (set.all) {
-            std::fill(bits_ + kFirstPlain, bits_ + 8, std::uint16_t{0xFFFF});
-            leaveOut(' ');
-        } else {
-            std::copy(set.bits + kFirstPlain, set.bits + 8, bits_ + kFirstPlain);
+/// Whether all members of a bitmap class mean nothing but themselves to the reader.
+bool isPlain(const ParCharSet& set, char stmtEndChar) {
+    return set.bits[0] == 0 && set.bits[1] == 0 && !isMember(set, '{') &&
+           !isMember(set, static_cast<unsigned char>(stmtEndChar));
+}
+
+/// Where the first blank, control character, brace or statement end stands, or @p end.
+const unsigned char* endOfWord(const unsigned char* at, const unsigned char* end, char stmtEndChar) {
+    if constexpr (std::endian::native == std::endian::little) {
+        constexpr std::uint64_t kBehindBlank = 0x2121212121212121, kHigh = 0x8080808080808080;
+        for (; end - at >= 8; at += 8) {
+            std::uint64_t bytes;
+            std::memcpy(&bytes, at, sizeof bytes);
+            // Bytes above the lowest one that is found may be found wrongly.
+            const std::uint64_t found = ((bytes - kBehindBlank) & ~bytes & kHigh) | kora::bytesEqual(bytes, '{') |
+                                        kora::bytesEqual(bytes, stmtEndChar);
+            if (found != 0) return at + std::countr_zero(found) / 8;
         }
-        leaveOut('{');
-        leaveOut(static_cast<unsigned char>(stmtEndChar));
     }
-    bool operator()(unsigned char c) const { return c < 128 ? (bits_[c / 16] >> c % 16 & 1) != 0 : high_; }
-
-private:
-    void leaveOut(unsigned char c) { bits_[c / 16] = static_cast<std::uint16_t>(bits_[c / 16] & ~(1U << c % 16)); }
-
-    static constexpr int kFirstPlain = 2;  // control characters stand in the words before
-
-    std::uint16_t bits_[8] = {};
-    bool high_;
-};
+    while (at != end && *at > ' ' && *at != '{' && *at != static_cast<unsigned char>(stmtEndChar)) ++at;
+    return at;
+}
 
 /// Whether it is '{' or '}', which are two apart.
 bool isBrace(unsigned char c) { return ((c - '{') & ~2) == 0; }
@@ -81,13 +83,20 @@ inline bool ParSource::hasMeaning(unsigned char c) const {
 /// Reads one character with all that braces, statement ends and control characters mean. @p span is what stands ahead,
 /// or nothing where that is not known.
 inline void ParSource::read(Span span) {
-    if (span.begin == span.end || fileEnd || stmtEnd || commentDepth > 0 || hasMeaning(*span.begin)) {
-        interpret(span);
-    } else {
-        current = static_cast<char>(*span.begin);
+    if (span.begin == span.end || fileEnd || stmtEnd || commentDepth > 0) return interpret(span);
+    const unsigned char c = *span.begin;
+    if (!hasMeaning(c)) {
+        current = static_cast<char>(c);
         sawText = true;
-        advance(1);
+    } else if (c == static_cast<unsigned char>(stmtEndChar) && sawText) {
+        current = '\0';
+        stmtEnd = true;
+        sawText = false;
+        sawComment = false;
+    } else {
+        return interpret(span);
     }
+    advance(1);
 }
 
 void ParSource::readNext() { read(block(pos)); }
@@ -239,31 +248,48 @@ void ParSource::Seek(long to) {
 
 void ParSource::ParBackspace() { Seek(savedPos); }
 
-void ParSource::ParBlanksSkip() {
-    savedPos = position();
-    lookaheadClear();
-    const auto isBlank = [end = static_cast<unsigned char>(stmtEndChar), keep = keepControl](unsigned char c) {
-        return c == ' ' || (c < 32 && c != end && !keep);
+/// Reads on while the current character is a blank.
+void ParSource::skipBlanks() {
+    const auto isBlank = [this](unsigned char c) {
+        return c == ' ' || (c < 32 && c != static_cast<unsigned char>(stmtEndChar) && !keepControl);
     };
     while (current == ' ') {
         Span span = plainAhead();
-        pass(span, std::find_if_not(span.begin, span.end, isBlank));
+        // Most blanks stand alone.
+        if (span.begin != span.end && isBlank(*span.begin)) pass(span, std::find_if_not(span.begin, span.end, isBlank));
         read(span);
     }
 }
 
+void ParSource::ParBlanksSkip() {
+    savedPos = position();
+    lookaheadClear();
+    skipBlanks();
+}
+
+/// Where the members of a class that have no meaning end in @p span.
+const unsigned char* ParSource::endOfPlain(Span span, const ParCharSet& set) const {
+    if (set.all) return endOfWord(span.begin, span.end, stmtEndChar);
+    if (isPlain(set, stmtEndChar))
+        return std::find_if_not(span.begin, span.end, [&](unsigned char c) { return isMember(set, c); });
+    return std::find_if_not(span.begin, span.end, [&](unsigned char c) { return isMember(set, c) && !hasMeaning(c); });
+}
+
 bool ParSource::ParToken(char* buffer, ParCharSet set, short max) {
     savedPos = position();
-    ParBlanksSkip();
-    const PlainMembers plain(set, stmtEndChar);
+    if (kora::slotCode(*this, &ParSource::ParBlanksSkip) == ownBlanksSkip_)
+        skipBlanks();
+    else
+        ParBlanksSkip();
     int count = 0;
     while (!stmtEnd && !fileEnd && count < max && isMember(set, static_cast<unsigned char>(current))) {
         buffer[count++] = current;
         Span span = plainAhead();
-        const unsigned char* const most = span.begin + std::min<std::ptrdiff_t>(span.end - span.begin, max - count);
-        const unsigned char* const end = std::find_if_not(span.begin, most, plain);
-        std::copy(span.begin, end, buffer + count);
-        count += static_cast<int>(end - span.begin);
+        const auto most = std::min<std::ptrdiff_t>(span.end - span.begin, max - count);
+        const unsigned char* const end = endOfPlain({span.begin, span.begin + most}, set);
+        const auto size = static_cast<std::size_t>(end - span.begin);
+        kora::moveText(buffer + count, reinterpret_cast<const char*>(span.begin), size);
+        count += static_cast<int>(size);
         pass(span, end);
         read(span);
     }

@@ -8,6 +8,7 @@
 #include <new>
 #include <typeinfo>
 
+#include "core/VirtualSlots.h"
 #include "strings/Guarded.h"
 #include "strings/SizedText.h"
 
@@ -57,7 +58,9 @@ ParSource::ParSource(TskKoraModule*)
       aheadEnded_(false),
       plainData_(false),
       commentStart_(-1),
-      commentEnd_(-1) {
+      commentEnd_(-1),
+      ownBlanksSkip_(nullptr) {
+    ownBlanksSkip_ = kora::slotCode(*this, &ParSource::ParBlanksSkip);
     ParSource::ParCharSetInit(&srcNameChars, kNameChars, -1);
     ParSource::ParCharSetInit(&allChars, "", -1);
     ParSource::ParCharSetInit(&numChars, kNumberChars, -1);

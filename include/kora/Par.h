@@ -174,6 +174,8 @@ private:
     Span plainAhead() const;
     void pass(Span& span, const unsigned char* end);
     std::int32_t position() const { return fileEnd ? pos : pos - 1; }
+    const unsigned char* endOfPlain(Span span, const ParCharSet& set) const;
+    void skipBlanks();
     bool numberToken(char* buffer);
     bool lookFurther(std::int32_t index, bool& moved);
     void lookaheadClear() { aheadCount_ = 0, aheadEnded_ = false; }
@@ -189,6 +191,7 @@ private:
     // The last comment that was read over, in a text that nobody else can change: from its brace to behind its brace.
     std::int32_t commentStart_;
     std::int32_t commentEnd_;
+    const void* ownBlanksSkip_;  // the reader's own code of the operation, which may be overridden
 };
 
 /// Where a position of a text stands, for messages: the number of its line and of its column, both from 1, and the line
