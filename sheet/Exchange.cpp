@@ -168,11 +168,11 @@ bool ShtSheet::ShtSheetFromBuffer(char* buffer, long length, bool atSelection, b
         // Most rows are as long as the one before.
         if (row != nullptr && c == start.left && lastWidth > 0)
             row->reserve(table.store, std::min(lastWidth, table.colCount()), 0);
-        const bool hasColumn = (create ? state_->makeColumn(c) : table.column(c)) != nullptr;
+        const bool hasColumn = c < table.colCount() || (create && state_->makeColumn(c) != nullptr);
         kora::TShtCell* const cell = row != nullptr && hasColumn ? table.makeCell(*row, c) : nullptr;
         if (cell != nullptr && !cell->isProtected) {
             state_->markDirty(*cell);
-            table.clearMark({*row, c});
+            if (cell->hasExtras) table.clearMark({*row, c});
             const std::size_t kept = std::min<std::size_t>(size, INT32_MAX);
             if (hasNul || kept == 0)
                 table.store.copy(*cell, rest.data(), kept);
