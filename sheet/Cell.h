@@ -73,7 +73,7 @@ public:
     bool hasExtras : 1;
 };
 
-// A million random reads take three times as long in cells half as large again.
+// Reading at random takes twice as long in cells half as large again.
 static_assert(sizeof(TShtCell) == 16);
 
 inline constexpr TShtCell kBlankCell{};
