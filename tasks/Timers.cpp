@@ -79,7 +79,11 @@ struct TimerRegistries {
     std::uint64_t leastDue = kNever;
     bool leastDueExact = true;
 
-    std::uint32_t now() const { return static_cast<std::uint32_t>(clock()); }
+    std::uint32_t now() const {
+        if (clock == systemClock) [[likely]]
+            return platform::tickCount();
+        return static_cast<std::uint32_t>(clock());
+    }
 
     static bool isIdle(const TmrTimer* timer) {
         return timer->type_ == TmrTypeIdle || timer->type_ == TmrTypeIdleHighPriority;
@@ -131,10 +135,8 @@ struct TimerRegistries {
         if (done && registry.called == timer) delete timer;
     }
 
-    void doTimed() {
-        if (timed.inPass) return;
-        const std::uint32_t tick = now();
-        if (leastDue >= tick) return;
+    // Apart, so that a poll that finds nothing due is little more than a look at the clock.
+    [[gnu::noinline]] void expireDue(std::uint32_t tick) {
         Pass pass(timed);
         // What is left is counted anew; an exception on the way has the next pass look again.
         leastDue = kNever;
@@ -157,6 +159,14 @@ struct TimerRegistries {
             expire(timed, timer);
         });
         walk.done = true;
+    }
+
+    void doTimed() {
+        if (timed.inPass) [[unlikely]]
+            return;
+        const std::uint32_t tick = now();
+        if (leastDue < tick) [[unlikely]]
+            expireDue(tick);
     }
 
     void doIdle() {
