@@ -20,9 +20,12 @@ public:
 
     bool matches(std::string_view text) {
         // What stands before the first and behind the last open character matches in one place only.
-        for (; !rest_.empty() && isSingle(rest_.front()); rest_.remove_prefix(1), text.remove_prefix(1)) {
-            if (text.empty() || !takes(rest_.front(), text.front())) return false;
+        std::size_t front = 0;
+        for (; front < rest_.size() && isSingle(rest_[front]); ++front) {
+            if (front == text.size() || !takes(rest_[front], text[front])) return false;
         }
+        rest_.remove_prefix(front);
+        text.remove_prefix(front);
         for (; !rest_.empty() && isSingle(rest_.back()); rest_.remove_suffix(1), text.remove_suffix(1)) {
             if (text.empty() || !takes(rest_.back(), text.back())) return false;
         }
@@ -39,30 +42,40 @@ private:
     static bool isSingle(char c) { return c != '*' && c != '#'; }
 
     bool takes(char single, char c) const {
-        return single == '?' || single == c || (!caseSensitive_ && foldCase(single) == foldCase(c));
+        return single == c || single == '?' || (!caseSensitive_ && foldCase(single) == foldCase(c));
     }
 
-    // A pattern without '#' that begins and ends with '*'. A part between two stars matches where it fits first, so
-    // only the newest star has to be tried again.
+    // A pattern without '#' that begins and ends with '*'. Each part between two stars may as well match where it fits
+    // first.
     bool matchesStars(std::string_view text) const {
-        std::size_t star = 0;
         std::size_t next = 0;
-        std::size_t at = 0;
-        std::size_t retry = 0;
-        while (at < text.size()) {
-            if (rest_[next] == '*') {
+        for (;;) {
+            while (rest_[next] == '*')
                 if (++next == rest_.size()) return true;
-                star = next;
-                retry = at;
-            } else if (takes(rest_[next], text[at])) {
-                ++next;
-                ++at;
-            } else {
-                next = star;
-                at = ++retry;
-            }
+            const std::size_t start = next;
+            while (rest_[next] != '*') ++next;
+            const std::string_view part = rest_.substr(start, next - start);
+            if (!skipTo(part, text)) return false;
+            text.remove_prefix(part.size());
         }
-        return rest_.find_first_not_of('*', next) == std::string_view::npos;
+    }
+
+    // Takes from the text what stands before the first place that fits.
+    bool skipTo(std::string_view part, std::string_view& text) const {
+        const char first = part.front();
+        const bool literal = caseSensitive_ && first != '?';
+        for (; part.size() <= text.size(); text.remove_prefix(1)) {
+            if (literal && text.front() != first) {
+                const std::size_t skipped = text.find(first);
+                if (skipped == std::string_view::npos) return false;
+                text.remove_prefix(skipped);
+                if (part.size() > text.size()) return false;
+            }
+            std::size_t same = 0;
+            while (takes(part[same], text[same]))
+                if (++same == part.size()) return true;
+        }
+        return false;
     }
 
     // With '#': every place in the pattern that the text so far can lead to, in rising order. A star that is reached
