@@ -68,6 +68,7 @@ std::size_t twoWaySearch(std::string_view text, std::string_view sought) {
 }
 
 constexpr std::size_t kBlock = 32;
+constexpr std::size_t kProbes = 8;
 
 // Whether one of kBlock places has byte `x` in `atX` and byte `y` in `atY`. Compilers make a few vector operations of
 // it.
@@ -82,7 +83,7 @@ bool blockHolds(const char* atX, char x, const char* atY, char y) {
 std::size_t findText(std::string_view text, std::string_view sought) {
     if (sought.size() <= 1) return sought.empty() ? 0 : text.find(sought.front());
     if (text.size() < sought.size()) return std::string_view::npos;
-    // Two bytes of the sought text, different ones where it has any, rule most places out; often one of them all.
+    // Two bytes of the sought text, different ones where it has any, rule most places out.
     const char first = sought.front();
     const std::size_t different = sought.find_last_not_of(first);
     const std::size_t offset = different == std::string_view::npos ? sought.size() - 1 : different;
@@ -91,10 +92,14 @@ std::size_t findText(std::string_view text, std::string_view sought) {
     const char* const places = text.data();
     const std::size_t count = text.size() - sought.size() + 1;
     std::size_t at = 0;
-    for (const std::size_t known : {std::size_t{0}, offset}) {
+    // No match begins before the place where one of its bytes is next, and a rare byte leads straight to it.
+    const auto matches = [&] { return commonPrefix(text.substr(at), sought) == sought.size(); };
+    for (std::size_t probe = 0; probe < std::min(sought.size(), kProbes); ++probe) {
+        const std::size_t known = probe == 0 ? offset : probe - 1;
         const void* hit = std::memchr(places + at + known, sought[known], count - at);
         if (!hit) return std::string_view::npos;
         at = static_cast<std::size_t>(static_cast<const char*>(hit) - places) - known;
+        if (matches()) return at;
     }
     std::size_t wasted = 0;
     while (at < count) {
