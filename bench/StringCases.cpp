@@ -60,7 +60,7 @@ void find(const char* name, bool nearMatches) {
             Random random;
             needle = near ? std::string(31, 'a') + 'b' : "needle_of_hay";
             while (static_cast<long>(text.size()) < length)
-                text += near ? 'a' : static_cast<char>('a' + random.below(26));
+                text += near ? 'a' : "abcdefghijklmnopqrstuvwxyz_ "[random.below(28)];
             text.replace(text.size() - needle.size(), needle.size(), needle);
         }
     };
