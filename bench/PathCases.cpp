@@ -10,10 +10,11 @@ namespace kora::bench {
 
 void addPathCases() {
     const Sizes kDirectories = {3, 6, 12};
+    // Each number has directories of its own, which nobody else's preparation changes.
     const auto directories = [](long count) {
         CStringArray all;
         for (long i = 1; i <= count; ++i) {
-            all.push_back(memoryFolder() + "/directory" + std::to_string(i));
+            all.push_back(memoryFolder() + "/of" + std::to_string(count) + "/directory" + std::to_string(i));
             std::filesystem::create_directories(all.back());
             std::filesystem::remove(all.back() + "/part.lib");
         }
