@@ -45,18 +45,28 @@ constexpr unsigned kMachine = EM_AARCH64;
 /// Whether the file is a library of this machine and whole. The loader would map segments that the file does not
 /// hold, and the process would end at the first access.
 bool isLibrary(int file, std::uint64_t size) {
-    Elf64_Ehdr head;
-    if (pread(file, &head, sizeof head, 0) != sizeof head) return false;
-    if (std::memcmp(head.e_ident, ELFMAG, SELFMAG) != 0 || head.e_ident[EI_CLASS] != ELFCLASS64 ||
-        head.e_ident[EI_DATA] != ELFDATA2LSB || head.e_machine != kMachine || head.e_type != ET_DYN ||
-        head.e_phentsize != sizeof(Elf64_Phdr))
+    // The linkers put the segments right behind the head, so that one read gets both.
+    struct {
+        Elf64_Ehdr head;
+        Elf64_Phdr segments[16];
+    } start;
+    const ssize_t got = pread(file, &start, sizeof start, 0);
+    const Elf64_Ehdr& head = start.head;
+    if (got < static_cast<ssize_t>(sizeof head) || std::memcmp(head.e_ident, ELFMAG, SELFMAG) != 0 ||
+        head.e_ident[EI_CLASS] != ELFCLASS64 || head.e_ident[EI_DATA] != ELFDATA2LSB || head.e_machine != kMachine ||
+        head.e_type != ET_DYN || head.e_phentsize != sizeof(Elf64_Phdr))
         return false;
-    std::vector<Elf64_Phdr> segments(head.e_phnum);
-    const std::size_t bytes = segments.size() * sizeof(Elf64_Phdr);
-    if (head.e_phoff > size ||
-        pread(file, segments.data(), bytes, static_cast<off_t>(head.e_phoff)) != static_cast<ssize_t>(bytes))
-        return false;
-    return std::all_of(segments.begin(), segments.end(), [&](const Elf64_Phdr& segment) {
+    const Elf64_Phdr* segments = start.segments;
+    std::vector<Elf64_Phdr> elsewhere;
+    const std::size_t bytes = head.e_phnum * sizeof(Elf64_Phdr);
+    if (head.e_phoff != sizeof head || sizeof head + bytes > static_cast<std::size_t>(got)) {
+        elsewhere.resize(head.e_phnum);
+        segments = elsewhere.data();
+        if (head.e_phoff > size ||
+            pread(file, elsewhere.data(), bytes, static_cast<off_t>(head.e_phoff)) != static_cast<ssize_t>(bytes))
+            return false;
+    }
+    return std::all_of(segments, segments + head.e_phnum, [&](const Elf64_Phdr& segment) {
         return segment.p_type != PT_LOAD || (segment.p_offset <= size && segment.p_filesz <= size - segment.p_offset);
     });
 }
@@ -77,10 +87,16 @@ std::uint32_t codeOf(int error) {
     }
 }
 
-/// What stands in the way of loading @p native before the loader is asked; 0 when nothing does.
-std::uint32_t obstacle(const std::string& native) {
+/// What stands in the way of loading @p native before the loader is asked; 0 when nothing does. A name that is there in
+/// another letter case becomes that one.
+std::uint32_t obstacle(std::string& native) {
     struct stat status;
-    const Descriptor file(openFile(native.c_str(), O_RDONLY));
+    int opened = openFile(native.c_str(), O_RDONLY);
+    if (opened < 0 && errno == ENOENT) {
+        native = findVariant(native);
+        opened = openFile(native.c_str(), O_RDONLY);
+    }
+    const Descriptor file(opened);
     if (!file) {
         if (errno != ENOENT) return codeOf(errno);
         const std::string directory = native.substr(0, native.rfind('/') + 1) + '.';
@@ -139,7 +155,6 @@ ModuleHandle loadModule(const std::string& path, LoadFailure& failure) {
             failure = {kPathNotFound, {}};
             return 0;
         }
-        native = findName(native);
         // Without a directory the loader would look where the system keeps its libraries.
         if (native.find('/') == std::string::npos) native.insert(0, "./");
         if (const std::uint32_t code = obstacle(native)) {

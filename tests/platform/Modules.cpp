@@ -26,9 +26,16 @@ TEST(LoadModule, SaysWhyNotInOneSetOfNumbers) {
     folder.Write("other.qzx", other.replace(0, 4, windows ? "\177ELF" : std::string("MZ\x90\0", 4)));
     machine[windows ? static_cast<unsigned char>(machine[0x3C]) + 4u : 18u] ^= 0x55;
     folder.Write("machine.qzx", machine);
+    // a table of segments that begins, or ends, behind the file's end
+    std::string begins = goodLibrary(), ends = begins;
+    begins[windows ? 0 : 34] ^= 0x7F;
+    ends[windows ? 0 : 57] ^= 0x7F;
+    folder.Write("begins.qzx", begins);
+    folder.Write("ends.qzx", ends);
     const std::pair<std::string, std::uint32_t> rows[] = {
-        {folder.Path("none.qzx"), 2},    {folder.Path("text.qzx"), 193},    {folder.Path("empty.qzx"), 193},
-        {folder.Path("other.qzx"), 193}, {folder.Path("machine.qzx"), 193}, {fixture("platform-needs.qzx"), 126},
+        {folder.Path("none.qzx"), 2},    {folder.Path("text.qzx"), 193},       {folder.Path("empty.qzx"), 193},
+        {folder.Path("other.qzx"), 193}, {folder.Path("machine.qzx"), 193},    {folder.Path("begins.qzx"), 193},
+        {folder.Path("ends.qzx"), 193},  {fixture("platform-needs.qzx"), 126},
     };
     for (const auto& [path, code] : rows) {
         LoadFailure failure;
