@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -20,7 +22,7 @@ public:
     /// The same; where there is none, an element at @p index is entered.
     template <class IsEqual>
     std::uint32_t findOrAdd(std::uint32_t hash, IsEqual&& isEqual, std::uint32_t index) {
-        if (used_ >= slots_.size() / 4 * 3) resize();
+        if (used_ >= slots_.size() / 4 * 3) resize(slots_.empty() ? kFewest : slots_.size() * 4);
         Slot& slot = slots_[place(hash, isEqual)];
         if (slot.index != kNone) return slot.index;
         slot = {hash, index};
@@ -28,7 +30,15 @@ public:
         return kNone;
     }
 
+    std::size_t size() const { return used_; }
+    /// Makes room for so many elements at once.
+    void reserve(std::size_t count) {
+        if (count > slots_.size() / 4 * 3) resize(std::max(kFewest, std::bit_ceil((count * 4 + 2) / 3)));
+    }
+
 private:
+    static constexpr std::size_t kFewest = 16;
+
     struct Slot {
         std::uint32_t hash = 0;
         std::uint32_t index = kNone;
@@ -44,8 +54,8 @@ private:
         return at;
     }
 
-    void resize() {
-        std::vector<Slot> before(slots_.empty() ? 16 : slots_.size() * 4);
+    void resize(std::size_t size) {
+        std::vector<Slot> before(size);
         before.swap(slots_);
         for (const Slot& slot : before)
             if (slot.index != kNone) slots_[place(slot.hash, [](std::uint32_t) { return false; })] = slot;

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <cstddef>
-#include <cstring>
 #include <string_view>
+
+#include "strings/Bytes.h"
 
 namespace kora {
 
@@ -11,7 +12,7 @@ namespace kora {
 inline void copyText(std::string_view text, char* buffer, int size) {
     if (!buffer || size == 0) return;
     if (size > 0) text = text.substr(0, static_cast<std::size_t>(size) - 1);
-    std::memmove(buffer, text.data(), text.size());
+    moveText(buffer, text.data(), text.size());
     buffer[text.size()] = '\0';
 }
 

@@ -14,11 +14,10 @@ constexpr std::size_t kUsualLine = 20;
 }  // namespace
 
 bool ProfileTable::Entry::hasKey(std::string_view wanted) const {
-    return key() == wanted || equalIgnoringCase(key(), wanted);
+    return equalTexts(key(), wanted) || equalIgnoringCase(key(), wanted);
 }
 
-std::uint32_t ProfileTable::sectionIndex(std::string_view name) const {
-    if (lastSection_ < sections_.size() && sections_[lastSection_].name == name) return lastSection_;
+std::uint32_t ProfileTable::otherSectionIndex(std::string_view name) const {
     const std::uint32_t found =
         sectionsByName_.find(foldedHash(name), [&](std::uint32_t index) { return sections_[index].name == name; });
     if (found != HashIndex::kNone) lastSection_ = found;
@@ -30,9 +29,13 @@ std::uint32_t ProfileTable::sectionMade(std::string_view name) {
     sections_.push_back({name, {}, {}});
     const std::uint32_t found = sectionsByName_.findOrAdd(
         foldedHash(name), [&](std::uint32_t index) { return sections_[index].name == name; }, next);
-    if (found == HashIndex::kNone) return next;
-    sections_.pop_back();
-    return found;
+    if (found != HashIndex::kNone) {
+        sections_.pop_back();
+        return found;
+    }
+    // Sections are about as long as the one before, as a rule.
+    if (next > 0) sections_[next].keys.reserve(sections_[next - 1].keys.size());
+    return next;
 }
 
 std::string_view ProfileTable::add(std::string added, std::string path) {
@@ -53,24 +56,36 @@ std::string_view ProfileTable::add(std::string added, std::string path) {
         } else if (line.kind == ProfileLine::Kind::entry && section) {
             entries_.push_back({line.name.data(), static_cast<std::uint16_t>(line.name.size()),
                                 static_cast<std::uint16_t>(line.value.data() - line.name.data()),
-                                static_cast<std::uint16_t>(line.value.size())});
+                                static_cast<std::uint16_t>(line.value.size()), false});
             const std::uint32_t before = section->keys.findOrAdd(
                 foldedHash(line.name), [&](std::uint32_t index) { return entries_[index].hasKey(line.name); }, next);
-            if (before < firstOfFile)
+            if (before < firstOfFile) {
                 entries_.pop_back();
-            else
+            } else {
+                entries_.back().repeats = before != HashIndex::kNone;
                 ++section->runs.back().count;
+            }
         }
     }
     return text;
 }
 
+inline std::uint32_t ProfileTable::sectionIndex(std::string_view name) const {
+    if (lastSection_ < sections_.size() && equalTexts(sections_[lastSection_].name, name)) return lastSection_;
+    return otherSectionIndex(name);
+}
+
+bool ProfileTable::hasSection(std::string_view section) const { return sectionIndex(section) != HashIndex::kNone; }
+
 std::optional<std::string_view> ProfileTable::value(std::string_view section, std::string_view key) const {
     const std::uint32_t index = sectionIndex(section);
     if (index == HashIndex::kNone) return std::nullopt;
-    const std::uint32_t found = sections_[index].keys.find(
-        foldedHash(key), [&](std::uint32_t candidate) { return entries_[candidate].hasKey(key); });
+    const Section& in = sections_[index];
+    std::uint32_t found = in.expected();
+    if (found == HashIndex::kNone || entries_[found].repeats || !equalTexts(entries_[found].key(), key))
+        found = in.keys.find(foldedHash(key), [&](std::uint32_t candidate) { return entries_[candidate].hasKey(key); });
     if (found == HashIndex::kNone) return std::nullopt;
+    in.next = found + 1 - in.runs.back().first;
     return entries_[found].value();
 }
 

@@ -23,6 +23,7 @@ public:
 
         const char* text;  // into one of the sources
         std::uint16_t keyLength, valueAt, valueLength;
+        bool repeats;  // an earlier entry of the section has this key
     };
 
     /// Adds a file behind what is there. A key that an earlier file has is left out; one that this file has twice
@@ -38,7 +39,7 @@ public:
     std::optional<std::string_view> value(std::string_view section, std::string_view key) const;
     /// Entry @p index of the section, counted from 0 over all its parts; null when it has fewer.
     const Entry* entry(std::string_view section, std::size_t index) const;
-    bool hasSection(std::string_view section) const { return sectionIndex(section) != HashIndex::kNone; }
+    bool hasSection(std::string_view section) const;
 
 private:
     /// Entries that stand behind one another in entries_.
@@ -49,9 +50,16 @@ private:
         std::string_view name;
         std::vector<Run> runs;
         HashIndex keys;
+        mutable std::uint32_t next = 0;  // the place in the last run behind the entry found last
+
+        /// The entry there, which is asked for next as a rule; kNone when there is none.
+        std::uint32_t expected() const {
+            return next < runs.back().count ? runs.back().first + next : HashIndex::kNone;
+        }
     };
 
     std::uint32_t sectionIndex(std::string_view name) const;
+    std::uint32_t otherSectionIndex(std::string_view name) const;
     std::uint32_t sectionMade(std::string_view name);
 
     std::vector<std::unique_ptr<const Source>> sources_;

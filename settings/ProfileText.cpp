@@ -1,6 +1,6 @@
 #include "settings/ProfileText.h"
 
-#include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
@@ -15,16 +15,16 @@ constexpr bool isControl(char c) { return static_cast<unsigned char>(c) < ' ' ||
 
 /// Where the first `=` or control character is, eight bytes at a time; the size when there is none.
 std::size_t keyEnd(std::string_view line) {
-    constexpr std::uint64_t kEach = 0x0101010101010101;
     std::size_t at = 0;
-    for (std::uint64_t word; at + sizeof word <= line.size(); at += sizeof word) {
-        std::memcpy(&word, line.data() + at, sizeof word);
-        // A byte below 32 borrows into its top bit, and so does one that one of the others makes 0. One that has it
-        // already is none. What the borrow adds above the first hit does not matter: the bytes are looked at below.
-        const std::uint64_t equals = word ^ kEach * '=', deleted = word ^ kEach * 0x7F;
-        if ((((word - kEach * ' ') & ~word) | ((equals - kEach) & ~equals) | ((deleted - kEach) & ~deleted)) &
-            kEach * 0x80)
-            break;
+    if constexpr (std::endian::native == std::endian::little) {
+        constexpr std::uint64_t kEach = 0x0101010101010101;
+        for (std::uint64_t word; at + sizeof word <= line.size(); at += sizeof word) {
+            std::memcpy(&word, line.data() + at, sizeof word);
+            // A byte below 32 borrows into its top bit. What that adds above the first hit does not matter.
+            const std::uint64_t controls = (word - kEach * ' ') & ~word & kEach * 0x80;
+            const std::uint64_t hits = controls | zeroBytes(word ^ kEach * '=') | zeroBytes(word ^ kEach * 0x7F);
+            if (hits != 0) return at + static_cast<std::size_t>(std::countr_zero(hits)) / 8;
+        }
     }
     while (at < line.size() && line[at] != '=' && !isControl(line[at])) ++at;
     return at;

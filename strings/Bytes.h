@@ -78,6 +78,24 @@ inline bool holdsNul(const char* text, std::size_t length) {
     return (zeroBytes(first) | zeroBytes(last)) != 0;
 }
 
+/// Whether two texts are the same, without a call, which names are too short for.
+inline bool equalTexts(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    const auto word = [](std::string_view text, std::size_t at) {
+        std::uint64_t loaded;
+        std::memcpy(&loaded, text.data() + at, sizeof loaded);
+        return loaded;
+    };
+    std::size_t at = 0;
+    for (; at + sizeof(std::uint64_t) <= a.size(); at += sizeof(std::uint64_t))
+        if (word(a, at) != word(b, at)) return false;
+    if (at == a.size()) return true;
+    // The last word overlaps the one before.
+    if (at > 0) return word(a, a.size() - sizeof(std::uint64_t)) == word(b, a.size() - sizeof(std::uint64_t));
+    while (at < a.size() && a[at] == b[at]) ++at;
+    return at == a.size();
+}
+
 /// How many bytes @p a and @p b have in common from their beginning.
 std::size_t commonPrefix(std::string_view a, std::string_view b);
 

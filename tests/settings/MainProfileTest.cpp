@@ -2,8 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
 #include <string>
+#include <vector>
 
+#include "settings/ProfileTable.h"
+#include "strings/Bytes.h"
 #include "tests/settings/StoreFixture.h"
 
 namespace {
@@ -88,6 +93,36 @@ TEST_F(MainProfile, ReadsAHundredThousandLines) {
                       std::to_string(i));
     EXPECT_TRUE(IniSetString(eIniState, "s999", "key99999", "new"));
     EXPECT_EQ(state(), text.substr(0, text.rfind("99999\n")) + "new\n");
+}
+
+// Whatever is asked for after whatever: the first entry of the key.
+TEST(ProfileTable, AgreesWithAListUnderRandomQuestions) {
+    struct Item {
+        std::string section, key, value;
+    };
+    for (unsigned seed = 1; seed <= 200; ++seed) {
+        SCOPED_TRACE(seed);
+        std::mt19937 random(seed);
+        std::vector<Item> items;
+        kora::ProfileTable table;
+        for (int file = 0; file < 2; ++file) {
+            std::string text, section;
+            for (auto lines = random() % 60; lines > 0; --lines) {
+                if (section.empty() || random() % 8 == 0)
+                    text += '[' + (section = std::string(1, "abA"[random() % 3])) + "]\n";
+                items.push_back({section, std::string(1 + random() % 9, "kK"[random() % 2]), std::to_string(random())});
+                text += items.back().key + '=' + items.back().value + '\n';
+            }
+            table.add(text);
+        }
+        for (std::size_t i = 0, at = 0; i < 2 * items.size(); ++i, ++at) {
+            if (random() % 4 == 0 || at >= items.size()) at = random() % items.size();
+            const auto first = std::ranges::find_if(items, [&](const Item& item) {
+                return item.section == items[at].section && kora::equalIgnoringCase(item.key, items[at].key);
+            });
+            EXPECT_EQ(table.value(items[at].section, items[at].key), first->value);
+        }
+    }
 }
 
 }  // namespace
