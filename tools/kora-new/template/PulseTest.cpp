@@ -52,7 +52,9 @@ void beatsAsOftenAsToldAndTellsOthers() {
     expect("beats in the end", heard, 3);
     expect("the last was told as such", done, true);
     expect("how many messages there are", host.presenter.alerts.size(), 1u);
-    if (!host.presenter.alerts.empty()) expect("the message", host.presenter.alerts[0].text, "3 beats");
+    if (!host.presenter.alerts.empty()) {
+        expect("the message", host.presenter.alerts[0].text, "3 beats");
+    }
 
     getter()->Detach(0, 0, pulseHeard, 0, PulseBeat | PulseDone);
     expect("the exit code", host.End(), 0);
@@ -68,8 +70,9 @@ void complainsOfWhatIsNoCount() {
         host.CommandLine({"-puls", count});
         host.Run(10, 1000);
         expect("how many messages there are", host.presenter.alerts.size(), 1u);
-        if (!host.presenter.alerts.empty())
+        if (!host.presenter.alerts.empty()) {
             expect(count, host.presenter.alerts[0].text, "-puls needs a number of beats from 1 to 1000");
+        }
         expect("the exit code", host.End(), 1);
     }
 }
