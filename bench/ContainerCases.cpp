@@ -24,11 +24,17 @@ struct Hooked : boost::intrusive::list_base_hook<> {
     long value = 0;
 };
 
+template <class Kind>
+std::vector<std::unique_ptr<Kind>> elementsOf(long count) {
+    std::vector<std::unique_ptr<Kind>> elements;
+    for (long i = 0; i < count; ++i) elements.push_back(std::make_unique<Kind>());
+    return elements;
+}
+
 void attachIterateDetach() {
     const Sizes kCounts = {10000, 100000, 1000000};
     measure("list_attach_iterate_detach_100k", "kora", kCounts, [](benchmark::State& state, long count) {
-        std::vector<std::unique_ptr<Element>> elements;
-        for (long i = 0; i < count; ++i) elements.push_back(std::make_unique<Element>());
+        const auto elements = elementsOf<Element>(count);
         DoubleList list;
         long sum = 0;
         for (auto _ : state) {
@@ -43,8 +49,7 @@ void attachIterateDetach() {
     });
     measure("list_attach_iterate_detach_100k", "boost_intrusive_list", kCounts,
             [](benchmark::State& state, long count) {
-                std::vector<std::unique_ptr<Hooked>> elements;
-                for (long i = 0; i < count; ++i) elements.push_back(std::make_unique<Hooked>());
+                const auto elements = elementsOf<Hooked>(count);
                 boost::intrusive::list<Hooked> list;
                 long sum = 0;
                 for (auto _ : state) {
@@ -77,8 +82,7 @@ struct ByValue : SortTree {
 void sortLists() {
     const Sizes kCounts = {2048, 8192, 32768};
     measure("list_sort_32k_random", "kora", kCounts, [](benchmark::State& state, long count) {
-        std::vector<std::unique_ptr<Element>> elements;
-        for (long i = 0; i < count; ++i) elements.push_back(std::make_unique<Element>());
+        const auto elements = elementsOf<Element>(count);
         Random random;
         for (const auto& element : elements) element->value = static_cast<long>(random.bits() >> 2);
         DoubleList list;
@@ -175,16 +179,19 @@ void dictionaries() {
     };
     const auto emplace = [](auto& map, const auto& key, void* value) { map.emplace(key, value); };
     const auto at = [](const auto& map, const auto& key) { return map.find(key)->second; };
-    numbers("kora", std::type_identity<Dictionary>(), [](Dictionary& d, long key, void* v) { d.Insert(key, v); },
-            [](Dictionary& d, long key) { return d.Find(key); });
+    numbers(
+        "kora", std::type_identity<Dictionary>(), [](Dictionary& d, long key, void* v) { d.Insert(key, v); },
+        [](Dictionary& d, long key) { return d.Find(key); });
     numbers("absl_flat_hash_map", std::type_identity<absl::flat_hash_map<long, void*>>(), emplace, at);
     numbers("std_unordered_map", std::type_identity<std::unordered_map<long, void*>>(), emplace, at);
-    numbers("qhash", std::type_identity<QHash<long, void*>>(),
-            [](auto& map, long key, void* value) { map.insert(key, value); },
-            [](const auto& map, long key) { return map.constFind(key).value(); });
-    names("kora", std::type_identity<Dictionary>(),
-          [](Dictionary& d, const std::string& key, void* v) { d.Insert(key.c_str(), v); },
-          [](Dictionary& d, const std::string& key) { return d.Find(key.c_str()); });
+    numbers(
+        "qhash", std::type_identity<QHash<long, void*>>(),
+        [](auto& map, long key, void* value) { map.insert(key, value); },
+        [](const auto& map, long key) { return map.constFind(key).value(); });
+    names(
+        "kora", std::type_identity<Dictionary>(),
+        [](Dictionary& d, const std::string& key, void* v) { d.Insert(key.c_str(), v); },
+        [](Dictionary& d, const std::string& key) { return d.Find(key.c_str()); });
     names("absl_flat_hash_map", std::type_identity<absl::flat_hash_map<std::string, void*>>(), emplace, at);
     names("std_unordered_map", std::type_identity<std::unordered_map<std::string, void*>>(), emplace, at);
 }

@@ -20,8 +20,7 @@ std::string key(long i) { return "SomeLongerKeyName" + std::to_string(i); }
 
 /// A profile in a folder, of so many keys, and their names in the order of the file.
 struct Profile {
-    Profile(const std::string& folder, long keys, const char* file = "profile.ini")
-        : path(folder + '/' + file) {
+    Profile(const std::string& folder, long keys, const char* file = "profile.ini") : path(folder + '/' + file) {
         std::filesystem::create_directories(folder);
         std::ofstream text(path, std::ios::trunc);
         for (long i = 0; i < keys; ++i) {

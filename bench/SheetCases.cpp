@@ -144,20 +144,19 @@ void sorts(const char* name, Order order) {
     measure(name, "stable_sort_of_rows", kRows, [=](benchmark::State& state, long rows) {
         Grid grid;
         for (long row = 0; row < rows; ++row)
-            for (long column = 0; column < kCells; ++column)
-                set(grid, row, column, sortText(row, column, rows, order));
+            for (long column = 0; column < kCells; ++column) set(grid, row, column, sortText(row, column, rows, order));
         for (auto _ : state) {
             state.PauseTiming();
-            std::vector<const std::vector<std::string>*> order_(grid.size());
-            std::transform(grid.begin(), grid.end(), order_.begin(), [](const auto& row) { return &row; });
+            std::vector<const std::vector<std::string>*> sorted(grid.size());
+            std::transform(grid.begin(), grid.end(), sorted.begin(), [](const auto& row) { return &row; });
             state.ResumeTiming();
-            std::reverse(order_.begin(), order_.end());
-            std::stable_sort(order_.begin(), order_.end(), [](const auto* a, const auto* b) {
+            std::reverse(sorted.begin(), sorted.end());
+            std::stable_sort(sorted.begin(), sorted.end(), [](const auto* a, const auto* b) {
                 for (std::size_t i = 0; i < a->size(); ++i)
                     if (const int way = std::strcmp((*a)[i].c_str(), (*b)[i].c_str()); way != 0) return way < 0;
                 return false;
             });
-            benchmark::DoNotOptimize(order_.data());
+            benchmark::DoNotOptimize(sorted.data());
         }
     });
 }
@@ -197,8 +196,7 @@ void exchanges() {
             state.PauseTiming();
             auto grid = std::make_unique<Grid>();
             state.ResumeTiming();
-            for (const absl::string_view row : absl::StrSplit(all, '\r'))
-                grid->push_back(absl::StrSplit(row, '\t'));
+            for (const absl::string_view row : absl::StrSplit(all, '\r')) grid->push_back(absl::StrSplit(row, '\t'));
             state.PauseTiming();
             grid.reset();
             state.ResumeTiming();

@@ -46,9 +46,8 @@ void assign() {
     };
     copies("kora", [](const char* from, char* to, int size) { StrAssign(from, to, size); });
     copies("strncpy", [](const char* from, char* to, int size) { strncpy(to, from, static_cast<std::size_t>(size)); });
-    copies("snprintf", [](const char* from, char* to, int size) {
-        snprintf(to, static_cast<std::size_t>(size), "%s", from);
-    });
+    copies("snprintf",
+           [](const char* from, char* to, int size) { snprintf(to, static_cast<std::size_t>(size), "%s", from); });
 }
 
 /// A text and a needle near its end. Near matches: the needle's beginning everywhere.
@@ -79,9 +78,8 @@ void find(const char* name, bool nearMatches) {
     search("memmem", [](const Input& i) {
         return memmem(i.text.c_str(), strlen(i.text.c_str()), i.needle.c_str(), strlen(i.needle.c_str()));
     });
-    search("string_view_find", [](const Input& i) {
-        return std::string_view(i.text.c_str()).find(std::string_view(i.needle.c_str()));
-    });
+    search("string_view_find",
+           [](const Input& i) { return std::string_view(i.text.c_str()).find(std::string_view(i.needle.c_str())); });
 }
 
 std::vector<std::string> signalNames(long count, long extra = 0) {
@@ -199,17 +197,16 @@ void addStringCases() {
     find("str_pos_1k/worst", true);
     compareNames();
     sortNames();
-    match("pattern_match_typical", {16, 64, 256}, "DATA_*_?12*", "\\ADATA_.*_.12.*\\z", [](long length) {
-        return "DATA_" + std::string(static_cast<std::size_t>(length) - 13, 'B') + "_0123_AB";
-    });
+    match("pattern_match_typical", {16, 64, 256}, "DATA_*_?12*", "\\ADATA_.*_.12.*\\z",
+          [](long length) { return "DATA_" + std::string(static_cast<std::size_t>(length) - 13, 'B') + "_0123_AB"; });
     const auto as = [](const char* front) {
         return [front](long n) { return front + std::string(static_cast<std::size_t>(n), 'a'); };
     };
-    match("pattern_match_adversarial/end", {50, 100, 200}, "*a*a*a*a*a*a*a*b",
-          "\\A.*a.*a.*a.*a.*a.*a.*a.*b\\z", as(""));
+    match("pattern_match_adversarial/end", {50, 100, 200}, "*a*a*a*a*a*a*a*b", "\\A.*a.*a.*a.*a.*a.*a.*a.*b\\z",
+          as(""));
     // With a b where it does not help, or whoever looks for one first is done.
-    match("pattern_match_adversarial/open", {50, 100, 200}, "*a*a*a*a*a*a*a*b*",
-          "\\A.*a.*a.*a.*a.*a.*a.*a.*b.*\\z", as("b"));
+    match("pattern_match_adversarial/open", {50, 100, 200}, "*a*a*a*a*a*a*a*b*", "\\A.*a.*a.*a.*a.*a.*a.*a.*b.*\\z",
+          as("b"));
 }
 
 }  // namespace kora::bench
