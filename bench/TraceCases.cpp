@@ -1,7 +1,10 @@
 #include <kora/Trace.h>
+#include <spdlog/logger.h>
+#include <spdlog/sinks/ringbuffer_sink.h>
 
 #include <boost/circular_buffer.hpp>
 #include <cstdint>
+#include <memory>
 
 #include "bench/Cases.h"
 
@@ -23,6 +26,13 @@ void addTraceCases() {
                 ring.push_back(static_cast<std::uint32_t>(i));
                 benchmark::ClobberMemory();
             }
+        state.SetItemsProcessed(state.iterations() * size);
+    });
+    // What a program logs anyhow, kept back until something goes wrong.
+    measure("trace_word", "spdlog_ringbuffer", kWords, [](benchmark::State& state, long size) {
+        spdlog::logger log("trace", std::make_shared<spdlog::sinks::ringbuffer_sink_st>(1024));
+        for (auto _ : state)
+            for (long i = 0; i < size; ++i) log.info("{}", i);
         state.SetItemsProcessed(state.iterations() * size);
     });
 }

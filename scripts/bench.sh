@@ -20,7 +20,7 @@ case ${1:-} in
 esac
 
 need cmake ninja-build g++ gcc flex pkg-config python3 python3-matplotlib libabsl-dev libbenchmark-dev libboost-dev \
-    libfmt-dev libglib2.0-dev libpcre2-dev qtbase5-dev
+    libfmt-dev libglib2.0-dev libpcre2-dev libspdlog-dev qtbase5-dev
 build bench
 mkdir -p "$top/build/bench/run"
 cd "$top/build/bench/run"
