@@ -100,7 +100,9 @@ void StrDelete(char* s, int size, int position, int count) {
 
 int StrPos(const char* sought, int soughtSize, const char* s, int size) {
     stringState.error = false;
-    const std::size_t at = findText(sizedText(s, size), sizedText(sought, soughtSize));
+    const std::string_view text = sizedText(s, size);
+    const bool ended = size < 0 || text.size() < static_cast<std::size_t>(size);
+    const std::size_t at = findText(text, ended, sizedText(sought, soughtSize));
     return at == std::string_view::npos ? -1 : static_cast<int>(at);
 }
 

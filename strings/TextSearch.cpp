@@ -68,7 +68,7 @@ std::size_t twoWaySearch(std::string_view text, std::string_view sought) {
 }
 
 constexpr std::size_t kBlock = 32;
-constexpr std::size_t kProbes = 8;
+constexpr std::size_t kShort = 64;
 
 // Whether one of kBlock places has byte `x` in `atX` and byte `y` in `atY`. Compilers make a few vector operations of
 // it.
@@ -78,9 +78,18 @@ bool blockHolds(const char* atX, char x, const char* atY, char y) {
     return found != 0;
 }
 
+// For a text with a NUL behind it: the C library's search is written for the processor. It need not be linear, which a
+// sought text of at most kShort bytes cannot show.
+const char* findShort(const char* text, std::string_view sought) {
+    char ended[kShort + 1];
+    moveText(ended, sought.data(), sought.size());
+    ended[sought.size()] = '\0';
+    return std::strstr(text, ended);
+}
+
 }  // namespace
 
-std::size_t findText(std::string_view text, std::string_view sought) {
+std::size_t findText(std::string_view text, bool ended, std::string_view sought) {
     if (sought.size() <= 1) return sought.empty() ? 0 : text.find(sought.front());
     if (text.size() < sought.size()) return std::string_view::npos;
     // Two bytes of the sought text, different ones where it has any, rule most places out.
@@ -89,18 +98,18 @@ std::size_t findText(std::string_view text, std::string_view sought) {
     const std::size_t offset = different == std::string_view::npos ? sought.size() - 1 : different;
     const char second = sought[offset];
 
+    // No match begins before the place where the second of them is next, and a rare byte leads straight to it.
     const char* const places = text.data();
     const std::size_t count = text.size() - sought.size() + 1;
-    std::size_t at = 0;
-    // No match begins before the place where one of its bytes is next, and a rare byte leads straight to it.
-    const auto matches = [&] { return commonPrefix(text.substr(at), sought) == sought.size(); };
-    for (std::size_t probe = 0; probe < std::min(sought.size(), kProbes); ++probe) {
-        const std::size_t known = probe == 0 ? offset : probe - 1;
-        const void* hit = std::memchr(places + at + known, sought[known], count - at);
-        if (!hit) return std::string_view::npos;
-        at = static_cast<std::size_t>(static_cast<const char*>(hit) - places) - known;
-        if (matches()) return at;
+    const void* const hit = std::memchr(places + offset, second, count);
+    if (!hit) return std::string_view::npos;
+    auto at = static_cast<std::size_t>(static_cast<const char*>(hit) - places) - offset;
+    if (commonPrefix(text.substr(at), sought) == sought.size()) return at;
+    if (ended && sought.size() <= kShort) {
+        const char* const found = findShort(places + at + 1, sought);
+        return found ? static_cast<std::size_t>(found - places) : std::string_view::npos;
     }
+
     std::size_t wasted = 0;
     while (at < count) {
         if (count - at >= kBlock && !blockHolds(places + at, first, places + at + offset, second)) {
