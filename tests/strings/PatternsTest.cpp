@@ -46,8 +46,9 @@ TEST(StrComparePattern, AgreesWithTheRecursiveRule) {
     std::mt19937 random(99);
     int matched = 0;
     for (int round = 0; round < 50000; ++round) {
-        const std::string pattern = randomText(random, "**##?a1B", 8);
-        const std::string text = randomText(random, round % 2 ? "aA1b" : "a11", 9);
+        const std::string start(random() % 2 ? random() % 19 : 0, 'x');
+        const std::string pattern = start + randomText(random, "**##?a1B", 8);
+        const std::string text = start + randomText(random, round % 2 ? "aA1b*#" : "a11", 9);
         const bool caseSensitive = random() % 2;
         const bool expected = matchRecursively(pattern.c_str(), text.c_str(), caseSensitive);
         ASSERT_EQ(match(pattern, text, caseSensitive), expected)
