@@ -1,6 +1,7 @@
 #pragma once
 
 #include <concepts>
+#include <limits>
 #include <string_view>
 
 #include "strings/Bytes.h"
@@ -24,9 +25,17 @@ int compareNatural(std::string_view a, std::string_view b, Order order) {
     if (a.empty() || b.empty()) return static_cast<int>(a.empty()) - static_cast<int>(b.empty());
 
     // An equal beginning decides nothing, except that a number has to be read from its first digit.
-    std::size_t i = commonPrefix(a, b);
-    if (i == a.size() && i == b.size()) return 0;
+    const std::size_t common = commonPrefix(a, b);
+    if (common == a.size() && common == b.size()) return 0;
+    std::size_t i = common;
     while (i > 0 && isDigit(a[i - 1])) --i;
+
+    // Of numbers with equally many digits, too few to wrap, the first digit that differs decides.
+    const auto digitAt = [](std::string_view text, std::size_t at) { return at < text.size() && isDigit(text[at]); };
+    std::size_t end = common;
+    while (digitAt(a, end) && digitAt(b, end)) ++end;
+    const bool decided = end > common && end - i <= std::numeric_limits<Number>::digits10;
+    if (decided && !digitAt(a, end) && !digitAt(b, end)) return a[common] < b[common] ? -1 : 1;
 
     std::size_t j = i;
     while (i < a.size() && j < b.size()) {

@@ -140,6 +140,7 @@ TEST(StrSplitName, SplitsAtTheLastDigitRun) {
 
 TEST(StrCompareName, OrdersAsAPersonExpects) {
     EXPECT_EQ(StrCompareName("A4294967297", -1, "A1", -1, true), 1) << "equal after wrapping; raw bytes break the tie";
+    EXPECT_EQ(StrCompareName("A4294967295", -1, "A4294967296", -1, true), 1) << "0 after wrapping";
     EXPECT_EQ(StrCompareName("A12", 2, "A1", -1, true), 0);
     std::mt19937 random(31);
     for (int round = 0; round < 50000; ++round) {
