@@ -1,8 +1,9 @@
 #include <kora/DoubleList.h>
 
-#include <typeinfo>
+#include <atomic>
 
 #include "core/TraceRing.h"
+#include "core/VirtualSlots.h"
 
 namespace {
 
@@ -19,15 +20,44 @@ DoubleListElement* stepBackward(const DoubleList& list, DoubleListElement* curso
     return cursor == list.last->next ? nullptr : cursor->prev;
 }
 
+// In this order no compiler gathers the links of `e` into one wide store, for which the next call would have to wait.
 void linkBetween(DoubleListElement* before, DoubleListElement* e, DoubleListElement* behind) {
     e->next = behind;
-    e->prev = before;
     before->next = e;
+    e->prev = before;
     behind->prev = e;
 }
 
-// No slot of an object of exactly this class is overridden.
-bool isPlain(const DoubleList& list) { return typeid(list) == typeid(DoubleList); }
+// Every constructor writes the same.
+constinit std::atomic<const char*> ownSlots = nullptr;
+
+// No slot of an object of exactly this class is overridden, so what a call would do can be done in line.
+bool isPlain(const DoubleList& list) { return kora::slotTable(list) == ownSlots.load(std::memory_order_relaxed); }
+
+inline bool takeOut(DoubleList& list, DoubleListElement* e) {
+    if (list.last == nullptr) return true;
+    if (list.current == e) list.current = nullptr;
+    DoubleListElement* const before = e->prev;
+    DoubleListElement* const behind = e->next;
+    if (list.last == e) list.last = before == e ? nullptr : before;
+    // An element without links counts as detached all the same.
+    if (before != nullptr) before->next = behind;
+    if (behind != nullptr) behind->prev = before;
+    e->next = e->prev = nullptr;
+    --list.count;
+    return false;
+}
+
+// Detaches what the cursor would step to.
+inline DoubleListElement* handOver(DoubleList& list, DoubleListElement* e) {
+    if (e == nullptr)
+        list.current = nullptr;
+    else if (isPlain(list)) [[likely]]
+        takeOut(list, e);
+    else
+        list.Detach(e);
+    return e;
+}
 
 // Appends the whole ring of `other` to that of `list`.
 void splice(DoubleList& list, DoubleList& other) {
@@ -52,9 +82,11 @@ DoubleListElement::DoubleListElement() : next(nullptr), prev(nullptr) {}
 
 DoubleListElement::~DoubleListElement() = default;
 
-DoubleList::DoubleList() : last(nullptr), current(nullptr), count(0) {}
+DoubleList::DoubleList() : last(nullptr), current(nullptr), count(0) {
+    ownSlots.store(kora::slotTable(*this), std::memory_order_relaxed);
+}
 
-DoubleList::DoubleList(DoubleListElement* e) : last(e), current(nullptr), count(1) { e->next = e->prev = e; }
+DoubleList::DoubleList(DoubleListElement* e) : DoubleList() { DoubleList::AttachAtHead(e); }
 
 DoubleList::~DoubleList() {
     kora::traceStep(kora::trace::kListDestructor);
@@ -117,36 +149,16 @@ bool DoubleList::AtLast() { return current == last; }
 
 DoubleListElement* DoubleList::DetachNext() {
     if (last == nullptr) return nullptr;
-    DoubleListElement* e = stepForward(*this, current);
-    if (e == nullptr)
-        current = nullptr;
-    else
-        Detach(e);
-    return e;
+    return handOver(*this, stepForward(*this, current));
 }
 
 DoubleListElement* DoubleList::DetachPrev() {
     if (last == nullptr) return nullptr;
-    DoubleListElement* e = stepBackward(*this, current);
-    if (e == nullptr)
-        current = nullptr;
-    else
-        Detach(e);
-    return e;
+    return handOver(*this, stepBackward(*this, current));
 }
 
 // True means the list was empty; a detached element answers false.
-bool DoubleList::Detach(DoubleListElement* e) {
-    if (last == nullptr) return true;
-    if (current == e) current = nullptr;
-    if (last == e) last = e->prev == e ? nullptr : e->prev;
-    // An element without links counts as detached all the same.
-    if (e->prev != nullptr) e->prev->next = e->next;
-    if (e->next != nullptr) e->next->prev = e->prev;
-    e->next = e->prev = nullptr;
-    --count;
-    return false;
-}
+bool DoubleList::Detach(DoubleListElement* e) { return takeOut(*this, e); }
 
 // The cursor is what elements that detach themselves or others while they are deleted act upon: whoever detaches the
 // next one ends the loop.
@@ -177,8 +189,13 @@ void DoubleList::AttachAtHead(DoubleListElement* e) {
 }
 
 void DoubleList::AttachAtTail(DoubleListElement* e) {
-    AttachAtHead(e);
     // In a ring the first place is also the one behind the last.
+    if (isPlain(*this)) [[likely]] {
+        DoubleList::AttachAtHead(e);
+        last = e;
+        return;
+    }
+    AttachAtHead(e);
     if (last != nullptr) last = last->next;
 }
 
