@@ -29,10 +29,19 @@ void SortTree::Insert(DoubleListElement* e) {
         root = e;
         return;
     }
-    DoubleListElement** place = &root;
-    // Equal elements go left, so they come out newest first. Callers rely on that order.
-    while (*place != nullptr) place = Compare(e, *place) == 1 ? &(*place)->next : &(*place)->prev;
-    *place = e;
+    DoubleListElement* node = root;
+    DoubleListElement* parent;
+    bool isAfter;
+    do {
+        parent = node;
+        // Equal elements go left, so they come out newest first. Callers rely on that order.
+        isAfter = Compare(e, node) == 1;
+        // Both are read before one is taken: a branch would be guessed wrong every other time.
+        DoubleListElement* const left = node->prev;
+        DoubleListElement* const right = node->next;
+        node = isAfter ? right : left;
+    } while (node != nullptr);
+    (isAfter ? parent->next : parent->prev) = e;
     e->next = e->prev = nullptr;
 }
 
