@@ -54,18 +54,14 @@ template <class Entry>
     const typename Entry::Sought sought(key);
     if (index.currentMark == sought.mark && list.current != nullptr) {
         auto* entry = static_cast<Entry*>(list.current);
-        if (sought.isKeyOf(*entry, index.currentMark)) return entry->value;
+        if (sought.isKeyOf(entry, index.currentMark)) return entry->value;
     }
-    const auto* record = index.find(sought);
-    if (record == nullptr) {
-        list.current = nullptr;
-        return nullptr;
-    }
-    if (Entry::kNeighboursCount && !index.isPlain() && record->entry->older != nullptr)
-        return findAmong(list, index, record->entry, key);
-    index.currentMark = record->mark;
-    list.current = record->entry;
-    return record->value;
+    const auto& record = index.find(sought);
+    if (Entry::kNeighboursCount && !index.isPlain() && record.entry != nullptr && record.entry->older != nullptr)
+        return findAmong(list, index, record.entry, key);
+    index.currentMark = record.mark;
+    list.current = record.entry;
+    return record.value;
 }
 
 template <class Entry>

@@ -32,8 +32,11 @@ class DicNumeric::Sought {
 public:
     explicit Sought(long key) : mark(key) {}
 
-    std::uint32_t hash() const { return hashFinished(static_cast<unsigned long>(mark)); }
-    bool isKeyOf(const DicNumeric&, Mark itsMark) const { return itsMark == mark; }
+    // The index takes upper bits, and in a product those depend on every bit of the key.
+    std::uint32_t hash() const {
+        return static_cast<std::uint32_t>(hashProduct(static_cast<unsigned long>(mark)) >> 32);
+    }
+    bool isKeyOf(const DicNumeric*, Mark itsMark) const { return itsMark == mark; }
 
     Mark mark;
 };
@@ -75,9 +78,9 @@ public:
             hash = hashMixed(hash) ^ upToEight(text_ + at, length_ - at);
         return hashFinished(hash);
     }
-    bool isKeyOf(const DicString& entry, const Mark& itsMark) const {
+    bool isKeyOf(const DicString* entry, const Mark& itsMark) const {
         if (itsMark.first != mark.first || itsMark.second != mark.second) return false;
-        return length_ < sizeof mark || entry.hasKey(text_);
+        return length_ < sizeof mark || entry->hasKey(text_);
     }
 
     Mark mark;

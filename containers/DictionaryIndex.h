@@ -28,7 +28,7 @@ public:
         Entry* entry;
 
         static Record of(Entry* entry) { return {Sought(entry->key).mark, entry->value, entry}; }
-        bool has(const Sought& sought) const { return sought.isKeyOf(*entry, mark); }
+        bool has(const Sought& sought) const { return sought.isKeyOf(entry, mark); }
     };
 
     /// An index of all entries of @p list, which is not empty. Null when memory ran out.
@@ -46,13 +46,12 @@ public:
     /// Whether every key has just one entry.
     bool isPlain() const { return repeated_ == 0; }
 
-    /// Null when there is none.
-    const Record* find(const Sought& sought) const {
-        for (std::size_t slot = home(sought); slots_[slot] != 0; slot = next(slot)) {
+    /// That of no key, without entry and value, when there is none.
+    const Record& find(const Sought& sought) const {
+        for (std::size_t slot = home(sought);; slot = next(slot)) {
             const Record& record = records_[slots_[slot]];
-            if (record.has(sought)) return &record;
+            if (record.has(sought) || record.entry == nullptr) return record;
         }
-        return nullptr;
     }
 
     /// Puts in an entry newer than all others. False when memory ran out; the index is of no use then.
