@@ -5,50 +5,13 @@
 #include <cstring>
 #include <type_traits>
 
+#include "strings/Bytes.h"
 #include "strings/FormatField.h"
 #include "strings/FormatFloat.h"
 #include "strings/FormatInteger.h"
 
 namespace kora {
 namespace {
-
-/// Reads decimal digits; false when the number is more than an int.
-bool readInt(const char*& at, int& value) {
-    std::int64_t sum = 0;
-    for (; *at >= '0' && *at <= '9'; ++at) {
-        sum = sum * 10 + (*at - '0');
-        if (sum > INT_MAX) return false;
-    }
-    value = static_cast<int>(sum);
-    return true;
-}
-
-void readFlags(const char*& at, FormatRequest& request) {
-    for (;; ++at) {
-        switch (*at) {
-            case '-':
-                request.left = true;
-                break;
-            case '+':
-                request.plus = true;
-                break;
-            case ' ':
-                request.space = true;
-                break;
-            case '#':
-                request.alternate = true;
-                break;
-            case '0':
-                request.zero = true;
-                break;
-            case '\'':
-                request.group = true;
-                break;
-            default:
-                return;
-        }
-    }
-}
 
 FormatLength readLength(const char*& at) {
     switch (*at) {
@@ -74,124 +37,145 @@ FormatLength readLength(const char*& at) {
 
 class Formatter {
 public:
-    Formatter(FormatSink& sink, va_list args) : sink_(sink), args_(args) {}
+    Formatter(FormatSink& sink, const char* format, va_list args) : sink_(sink), at_(format), args_(args) {}
     Formatter(const Formatter&) = delete;
     Formatter& operator=(const Formatter&) = delete;
 
-    bool run(const char* format) {
+    bool run() {
         for (;;) {
-            const int run = sink_.writeRun(format);
-            if (!sink_.claim(run)) return false;
-            format += run;
-            if (*format == '%') {
-                if (!conversion(++format)) return false;
-            } else if (*format == '\0') {
+            at_ += sink_.writeRun(at_);
+            if (*at_ == '%') {
+                at_ += 2;
+                if (!print(BareRequest{at_[-1]})) return false;
+            } else if (*at_ == '\0') {
                 return true;
             } else {
-                const std::size_t length = std::strcspn(format, "%");
-                if (!plain(format, length)) return false;
-                format += length;
+                const std::size_t length = std::strcspn(at_, "%");
+                if (!plain(at_, length)) return false;
+                at_ += length;
             }
         }
     }
 
 private:
     bool plain(const char* text, std::size_t length) {
-        if (length > INT_MAX || !sink_.claim(static_cast<std::int64_t>(length))) return false;
-        sink_.write(text, length);
+        if (char* const place = sink_.reserve(length)) {
+            FormatPlace(place).write(text, length);
+        } else if (sink_.canCount(length)) {
+            sink_.write(text, length);
+        } else {
+            return false;
+        }
         return true;
     }
 
-    /// Reads what follows a percent sign and prints it.
-    bool conversion(const char*& at) {
+    /// Reads what may stand between the percent sign and the letter, and prints it.
+    bool shaped() {
         FormatRequest request;
-        // All that may stand before the length lies below the letters.
-        if (*at < 'A' && !readShape(at, request)) return false;
+        const char* at = at_;
+        while (const std::uint32_t flag = formatFlag(*at)) request.flags |= flag, ++at;
+        if (!readNumber(at, request.width)) return false;
+        if (request.width < 0) {
+            if (request.width == INT_MIN) return false;
+            request.set('-');
+            request.width = -request.width;
+        }
+        if (*at == '.') {
+            if (!readNumber(++at, request.precision)) return false;
+            if (request.precision < 0) request.precision = -1;
+        }
         request.length = readLength(at);
         request.conversion = *at;
-        if (*at == '\0') return false;
-        ++at;
+        at_ = at + 1;
         return print(request);
     }
 
-    /// Reads flags, width and precision.
-    bool readShape(const char*& at, FormatRequest& request) {
-        readFlags(at, request);
+    /// Digits, or an asterisk for the next argument. False when the number is more than an int.
+    bool readNumber(const char*& at, int& value) {
         if (*at == '*') {
             ++at;
-            request.width = va_arg(args_, int);
-            if (request.width < 0) {
-                if (request.width == INT_MIN) return false;
-                request.left = true;
-                request.width = -request.width;
-            }
-        } else if (!readInt(at, request.width)) {
-            return false;
+            value = va_arg(args_, int);
+            return true;
         }
-        if (*at == '.') {
-            ++at;
-            if (*at == '*') {
-                ++at;
-                request.precision = va_arg(args_, int);
-                if (request.precision < 0) request.precision = -1;
-            } else if (!readInt(at, request.precision)) {
-                return false;
-            }
+        std::int64_t sum = 0;
+        for (; isDigit(*at); ++at) {
+            sum = sum * 10 + (*at - '0');
+            if (sum > INT_MAX) return false;
         }
+        value = static_cast<int>(sum);
         return true;
     }
 
-    bool print(const FormatRequest& request) {
+    template <typename Request>
+    bool print(const Request& request) {
         switch (request.conversion) {
             case 'd':
             case 'i':
                 return signedInteger(request);
             case 'u':
-                return unsignedInteger(request, kDecimal);
-            case 'o':
-                return unsignedInteger(request, kOctal);
+                return unsignedInteger<kDecimal>(request);
             case 'x':
-                return unsignedInteger(request, kHexadecimal);
-            case 'X':
-                return unsignedInteger(request, kHexadecimalUpper);
-            case 'b':
-                return unsignedInteger(request, kBinary);
-            case 'B':
-                return unsignedInteger(request, kBinaryUpper);
+                return unsignedInteger<kHexadecimal>(request);
             case 'c':
                 return isLong(request) ? wideCharacter(request) : character(request);
-            case 'C':
-                return wideCharacter(request);
             case 's':
                 return isLong(request) ? wideText(request) : text(request, va_arg(args_, const char*));
+            case 'f':
+            case 'e':
+            case 'g':
+                return floatingPoint(request);
+            default:
+                return printOther(request);
+        }
+    }
+
+    /// There is more to read before the letter, or it is a rare one.
+    bool printOther(const BareRequest&) {
+        --at_;
+        return shaped();
+    }
+
+    bool printOther(const FormatRequest& request) {
+        switch (request.conversion) {
+            case 'o':
+                return unsignedInteger<kOctal>(request);
+            case 'X':
+                return unsignedInteger<kHexadecimalUpper>(request);
+            case 'b':
+                return unsignedInteger<kBinary>(request);
+            case 'B':
+                return unsignedInteger<kBinaryUpper>(request);
+            case 'C':
+                return wideCharacter(request);
             case 'S':
                 return wideText(request);
             case 'p':
                 return pointer(request);
             case 'n':
                 return va_arg(args_, void*), true;  // a format never writes into its arguments
-            case 'f':
             case 'F':
-            case 'e':
             case 'E':
-            case 'g':
             case 'G':
             case 'a':
             case 'A':
                 return floatingPoint(request);
             case '%':
                 return plain("%", 1);
+            case '\0':
+                return false;
             default:
                 return unknown(request);
         }
     }
 
     // ll is as good as l before characters, and as L before floating point.
-    static bool isLong(const FormatRequest& request) {
+    template <typename Request>
+    static bool isLong(const Request& request) {
         return request.length == FormatLength::l || request.length == FormatLength::ll;
     }
 
     std::int64_t signedArgument(FormatLength length) {
+        if (length == FormatLength::none) return va_arg(args_, int);
         switch (length) {
             case FormatLength::hh:
                 return static_cast<signed char>(va_arg(args_, int));
@@ -213,6 +197,7 @@ private:
     }
 
     std::uint64_t unsignedArgument(FormatLength length) {
+        if (length == FormatLength::none) return va_arg(args_, unsigned);
         switch (length) {
             case FormatLength::hh:
                 return static_cast<unsigned char>(va_arg(args_, unsigned));
@@ -233,43 +218,46 @@ private:
         }
     }
 
-    bool signedInteger(const FormatRequest& request) {
+    template <typename Request>
+    bool signedInteger(const Request& request) {
         const std::int64_t value = signedArgument(request.length);
         const auto bits = static_cast<std::uint64_t>(value);
-        return formatInteger(sink_, request, request.sign(value < 0), value < 0 ? 0 - bits : bits, kDecimal);
+        return formatInteger<kDecimal>(sink_, request, request.sign(value < 0), value < 0 ? 0 - bits : bits);
     }
 
-    bool unsignedInteger(const FormatRequest& request, const FormatRadix& radix) {
-        return formatInteger(sink_, request, '\0', unsignedArgument(request.length), radix);
+    template <const FormatRadix& kRadix, typename Request>
+    bool unsignedInteger(const Request& request) {
+        return formatInteger<kRadix>(sink_, request, '\0', unsignedArgument(request.length));
     }
 
-    bool floatingPoint(const FormatRequest& request) {
+    template <typename Request>
+    bool floatingPoint(const Request& request) {
         if (request.length == FormatLength::L || request.length == FormatLength::ll)
-            return formatFloat(sink_, request, BinaryFloat(va_arg(args_, long double)));
-        return formatFloat(sink_, request, BinaryFloat(va_arg(args_, double)));
+            return formatFloat(sink_, request, va_arg(args_, long double));
+        return formatFloat(sink_, request, va_arg(args_, double));
     }
 
     bool pointer(FormatRequest request) {
         const auto value = reinterpret_cast<std::uintptr_t>(va_arg(args_, void*));
-        request.alternate = true;
-        if (value != 0) return formatInteger(sink_, request, request.sign(false), value, kHexadecimal);
+        request.set('#');
+        if (value != 0) return formatInteger<kHexadecimal>(sink_, request, request.sign(false), value);
         return narrow(request, "(nil)", 5);
     }
 
-    bool narrow(const FormatRequest& request, const char* text, std::size_t length) {
-        if (request.width == 0) return plain(text, length);
+    template <typename Request>
+    bool narrow(const Request& request, const char* text, std::size_t length) {
         if (length > INT_MAX) return false;
-        FormatField field;
-        field.text(text, static_cast<std::int64_t>(length));
-        return field.emit(sink_, request, false);
+        return emitField(sink_, request, false, {}, 0, length, [=](auto& out) { out.write(text, length); });
     }
 
-    bool character(const FormatRequest& request) {
+    template <typename Request>
+    bool character(const Request& request) {
         const auto c = static_cast<char>(va_arg(args_, int));
         return narrow(request, &c, 1);
     }
 
-    bool text(const FormatRequest& request, const char* text) {
+    template <typename Request>
+    bool text(const Request& request, const char* text) {
         std::size_t length;
         if (!text) {
             // All of it or nothing.
@@ -300,34 +288,27 @@ private:
         const std::size_t limit = request.precision < 0 ? INT_MAX : static_cast<std::size_t>(request.precision);
         for (; length < limit && wide[length] != 0; ++length)
             if (static_cast<std::uint32_t>(wide[length]) > 0x7F) return false;
-        const std::size_t padding =
-            static_cast<std::size_t>(request.width) > length ? static_cast<std::size_t>(request.width) - length : 0;
-        if (!sink_.claim(static_cast<std::int64_t>(length + padding))) return false;
-        if (!request.left) sink_.fill(' ', padding);
-        for (std::size_t i = 0; i < length; ++i) {
-            const auto c = static_cast<char>(wide[i]);
-            sink_.write(&c, 1);
-        }
-        if (request.left) sink_.fill(' ', padding);
-        return true;
+        return emitField(sink_, request, false, {}, 0, length, [=](auto& out) {
+            for (std::size_t i = 0; i < length; ++i) out.put(static_cast<char>(wide[i]));
+        });
     }
 
     /// A conversion that there is not comes out as it was understood: flags in a fixed order, numbers read, the length
     /// left out.
     bool unknown(const FormatRequest& request) {
-        char shown[32];
+        char shown[40];
         char* at = shown;
         *at++ = '%';
-        if (request.alternate) *at++ = '#';
-        if (request.group) *at++ = '\'';
-        if (request.plus) {
+        if (request.has('#')) *at++ = '#';
+        if (request.has('\'')) *at++ = '\'';
+        if (request.has('+')) {
             *at++ = '+';
-        } else if (request.space) {
+        } else if (request.has(' ')) {
             *at++ = ' ';
         }
-        if (request.left) {
+        if (request.has('-')) {
             *at++ = '-';
-        } else if (request.zero) {
+        } else if (request.has('0')) {
             *at++ = '0';
         }
         if (request.width != 0) at = std::to_chars(at, shown + sizeof shown, request.width).ptr;
@@ -340,13 +321,14 @@ private:
     }
 
     FormatSink& sink_;
+    const char* at_;              // in the format
     std::decay_t<va_list> args_;  // the caller's own where that is an array: copying it takes as long as a number
 };
 
 }  // namespace
 
 int formatInto(FormatSink& sink, const char* format, va_list args) {
-    return Formatter(sink, args).run(format) ? sink.count() : -1;
+    return Formatter(sink, format, args).run() ? sink.count() : -1;
 }
 
 }  // namespace kora

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
@@ -15,6 +16,24 @@ struct DigitPairs {
     char text[200] = {};
 };
 inline constexpr DigitPairs kDigitPairs;
+
+/// 10^0 to 10^19, all that 64 bits hold.
+struct PowersOfTen {
+    constexpr PowersOfTen() {
+        for (std::uint64_t power = 1; std::uint64_t & slot : value) slot = power, power *= 10;
+    }
+    std::uint64_t value[20] = {};
+};
+inline constexpr PowersOfTen kPowersOfTen;
+
+/// How many binary digits a number has, at least one.
+inline unsigned bitWidth(std::uint64_t value) { return 64 - static_cast<unsigned>(std::countl_zero(value | 1)); }
+
+/// How many decimal digits a number has, at least one.
+inline unsigned countDecimal(std::uint64_t value) {
+    const unsigned atLeast = bitWidth(value) * 1233 >> 12;  // log10(2), near enough for 64
+    return atLeast + ((value | 1) >= kPowersOfTen.value[atLeast]);
+}
 
 /// Puts the two digits of a number below 100 before @p end; answers where they start.
 inline char* putPair(char* end, std::uint32_t pair) {

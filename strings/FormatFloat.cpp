@@ -13,6 +13,22 @@ namespace kora {
 static_assert(DBL_MANT_DIG == 53 && DBL_MAX_EXP == 1024, "double has 64 bits");
 static_assert(LDBL_MANT_DIG == 64 && LDBL_MAX_EXP == 16384, "long double has 80 bits");
 
+namespace {
+
+/// A floating-point number taken apart: mantissa × 2^exponent, the same for both widths.
+struct BinaryFloat {
+    enum Kind : std::uint8_t { finite, infinite, notANumber };
+
+    explicit BinaryFloat(double value);
+    explicit BinaryFloat(long double value);
+
+    std::uint64_t mantissa;
+    int exponent;
+    int fractionBits;  // of the mantissa, behind what %a prints as the first digit
+    Kind kind;
+    bool negative;
+};
+
 BinaryFloat::BinaryFloat(double value) : fractionBits(52) {
     const auto bits = std::bit_cast<std::uint64_t>(value);
     const auto biased = static_cast<int>(bits >> 52 & 0x7FF);
@@ -33,89 +49,107 @@ BinaryFloat::BinaryFloat(long double value) : fractionBits(60) {
     exponent = std::max(biased, 1) - 16383 - 63;
 }
 
-namespace {
-
 constexpr int kSmallRoom = 128;
 
 bool isUpper(const FormatRequest& request) { return request.conversion < 'a'; }
-char lower(const FormatRequest& request) {
-    return isUpper(request) ? static_cast<char>(request.conversion + 32) : request.conversion;
+char lower(const FormatRequest& request) { return static_cast<char>(request.conversion | ' '); }
+
+/// A letter, the sign and at least @p width digits, 1 or 2.
+struct Exponent {
+    Exponent(char letter, int exponent, int width) {
+        char digits[8];
+        char* const end = digits + sizeof digits;
+        const auto magnitude = static_cast<std::uint32_t>(exponent < 0 ? -exponent : exponent);
+        const char* const first = width == 2 && magnitude < 10 ? putPair(end, magnitude) : putDecimal(end, magnitude);
+        text[0] = letter;
+        text[1] = exponent < 0 ? '-' : '+';
+        std::memcpy(text + 2, first, static_cast<std::size_t>(end - first));
+        length = static_cast<int>(end - first) + 2;
+    }
+
+    char text[8];
+    int length;
+};
+
+template <typename Out>
+void write(Out& out, const char* text, int length) {
+    if (length > 0) out.write(text, static_cast<std::size_t>(length));
 }
 
-/// Puts letter, sign and at least @p width digits, 1 or 2; answers the length.
-int putExponent(char* at, char letter, int exponent, int width) {
-    char digits[8];
-    char* const end = digits + sizeof digits;
-    const auto magnitude = static_cast<std::uint32_t>(exponent < 0 ? -exponent : exponent);
-    const char* const first = width == 2 && magnitude < 10 ? putPair(end, magnitude) : putDecimal(end, magnitude);
-    at[0] = letter;
-    at[1] = exponent < 0 ? '-' : '+';
-    std::memcpy(at + 2, first, static_cast<std::size_t>(end - first));
-    return static_cast<int>(end - first) + 2;
+template <typename Out>
+void zeros(Out& out, int length) {
+    if (length > 0) out.fill('0', static_cast<std::size_t>(length));
 }
 
-bool emitFixed(FormatSink& sink, const FormatRequest& request, FormatField& field, Decimal decimal, int places) {
+bool emitFixed(FormatSink& sink, const FormatRequest& request, char sign, Decimal decimal, int places) {
     const int whole = std::clamp(decimal.point, 0, decimal.count);
-    if (decimal.point <= 0) field.text("0", 1);
-    field.text(decimal.digits, whole);
-    field.zeros(decimal.point - whole);
-    if (places > 0 || request.alternate) field.text(".", 1);
     const int leading = std::min(places, std::max(0, -decimal.point));
     const int digits = std::min(places - leading, decimal.count - whole);
-    field.zeros(leading);
-    field.text(decimal.digits + whole, digits);
-    field.zeros(std::int64_t{places} - leading - digits);
-    return field.emit(sink, request, true);
+    const bool point = places > 0 || request.has('#');
+    const auto length = static_cast<std::uint64_t>(std::max(decimal.point, 1)) + point + static_cast<unsigned>(places);
+    return emitField(sink, request, true, {sign}, 0, length, [=](auto& out) {
+        if (decimal.point <= 0) out.put('0');
+        write(out, decimal.digits, whole);
+        zeros(out, decimal.point - whole);
+        if (point) out.put('.');
+        zeros(out, leading);
+        write(out, decimal.digits + whole, digits);
+        zeros(out, places - leading - digits);
+    });
 }
 
-bool emitScientific(FormatSink& sink, const FormatRequest& request, FormatField& field, Decimal decimal, int places) {
-    char exponent[8];
+bool emitScientific(FormatSink& sink, const FormatRequest& request, char sign, Decimal decimal, int places) {
     const bool zero = decimal.count == 0;
-    field.text(zero ? "0" : decimal.digits, 1);
-    if (places > 0 || request.alternate) field.text(".", 1);
     const int digits = zero ? 0 : std::min(places, decimal.count - 1);
-    field.text(decimal.digits + 1, digits);
-    field.zeros(places - digits);
-    field.text(exponent, putExponent(exponent, isUpper(request) ? 'E' : 'e', zero ? 0 : decimal.point - 1, 2));
-    return field.emit(sink, request, true);
+    const bool point = places > 0 || request.has('#');
+    const Exponent exponent(isUpper(request) ? 'E' : 'e', zero ? 0 : decimal.point - 1, 2);
+    const std::uint64_t length =
+        std::uint64_t{1} + point + static_cast<unsigned>(places) + static_cast<unsigned>(exponent.length);
+    return emitField(sink, request, true, {sign}, 0, length, [=, &exponent](auto& out) {
+        out.put(zero ? '0' : decimal.digits[0]);
+        if (point) out.put('.');
+        write(out, decimal.digits + 1, digits);
+        zeros(out, places - digits);
+        write(out, exponent.text, exponent.length);
+    });
 }
 
 /// The shorter of the two: fixed for exponents from -4 up to the precision, without zeros at the end.
-bool emitGeneral(FormatSink& sink, const FormatRequest& request, FormatField& field, Decimal decimal, int precision) {
+bool emitGeneral(FormatSink& sink, const FormatRequest& request, char sign, Decimal decimal, int precision) {
     const int exponent = decimal.count == 0 ? 0 : decimal.point - 1;
-    if (!request.alternate)
+    if (!request.has('#'))
         while (decimal.count > 0 && decimal.digits[decimal.count - 1] == '0') --decimal.count;
     if (exponent < -4 || exponent >= precision) {
-        const int places = request.alternate ? precision - 1 : decimal.count - 1;
-        return emitScientific(sink, request, field, decimal, places);
+        const int places = request.has('#') ? precision - 1 : decimal.count - 1;
+        return emitScientific(sink, request, sign, decimal, places);
     }
-    const int places = request.alternate ? precision - 1 - exponent : std::max(0, decimal.count - decimal.point);
-    return emitFixed(sink, request, field, decimal, decimal.count == 0 && !request.alternate ? 0 : places);
+    const int places = request.has('#') ? precision - 1 - exponent : std::max(0, decimal.count - decimal.point);
+    return emitFixed(sink, request, sign, decimal, decimal.count == 0 && !request.has('#') ? 0 : places);
 }
 
-bool emitDecimal(FormatSink& sink, const FormatRequest& request, FormatField& field, const BinaryFloat& number,
-                 DecimalCut cut, char* room) {
+bool emitDecimal(FormatSink& sink, const FormatRequest& request, char sign, const BinaryFloat& number, DecimalCut cut,
+                 char* room) {
     const Decimal decimal = decimalDigits(number.mantissa, number.exponent, cut, room);
     switch (lower(request)) {
         case 'f':
-            return emitFixed(sink, request, field, decimal, cut.digits);
+            return emitFixed(sink, request, sign, decimal, cut.digits);
         case 'e':
-            return emitScientific(sink, request, field, decimal, cut.digits - 1);
+            return emitScientific(sink, request, sign, decimal, cut.digits - 1);
         default:
-            return emitGeneral(sink, request, field, decimal, cut.digits);
+            return emitGeneral(sink, request, sign, decimal, cut.digits);
     }
 }
 
 /// Apart, so that only numbers of many digits pay for the room.
-[[gnu::noinline]] bool emitLongDecimal(FormatSink& sink, const FormatRequest& request, FormatField& field,
+[[gnu::noinline]] bool emitLongDecimal(FormatSink& sink, const FormatRequest& request, char sign,
                                        const BinaryFloat& number, DecimalCut cut) {
     char room[kDecimalRoom];
-    return emitDecimal(sink, request, field, number, cut, room);
+    return emitDecimal(sink, request, sign, number, cut, room);
 }
 
 /// The first digit is 0 or 1 for a double and all four top bits for a long double; a number too small for a full
 /// mantissa is not shifted up.
-bool emitHexadecimal(FormatSink& sink, const FormatRequest& request, FormatField& field, const BinaryFloat& number) {
+bool emitHexadecimal(FormatSink& sink, const FormatRequest& request, char sign, const BinaryFloat& number) {
     const char* const digit = isUpper(request) ? "0123456789ABCDEF" : "0123456789abcdef";
     std::uint64_t mantissa = number.mantissa;
     int exponent = mantissa == 0 ? 0 : number.exponent + number.fractionBits;
@@ -140,29 +174,30 @@ bool emitHexadecimal(FormatSink& sink, const FormatRequest& request, FormatField
 
     char digits[16];
     for (int i = places; i-- > 0; mantissa >>= 4) digits[i] = digit[mantissa & 15];
-    char tail[8];
-    field.prefix('0');
-    field.prefix(isUpper(request) ? 'X' : 'x');
-    field.text(digit + lead, 1);
-    if (places > 0 || request.precision > 0 || request.alternate) field.text(".", 1);
-    field.text(digits, places);
-    field.zeros(request.precision - places);
-    field.text(tail, putExponent(tail, isUpper(request) ? 'P' : 'p', exponent, 1));
-    return field.emit(sink, request, true);
+    const bool point = places > 0 || request.precision > 0 || request.has('#');
+    const int more = std::max(0, request.precision - places);
+    const Exponent tail(isUpper(request) ? 'P' : 'p', exponent, 1);
+    const FormatPrefix prefix{sign, isUpper(request) ? 'X' : 'x'};
+    const std::uint64_t length = std::uint64_t{1} + point + static_cast<unsigned>(places) +
+                                 static_cast<unsigned>(more) + static_cast<unsigned>(tail.length);
+    return emitField(sink, request, true, prefix, 0, length, [=, &digits, &tail](auto& out) {
+        out.put(digit[lead]);
+        if (point) out.put('.');
+        write(out, digits, places);
+        zeros(out, more);
+        write(out, tail.text, tail.length);
+    });
 }
 
-}  // namespace
-
-bool formatFloat(FormatSink& sink, const FormatRequest& request, const BinaryFloat& number) {
-    FormatField field;
-    field.prefix(request.sign(number.negative));
+bool formatBinary(FormatSink& sink, const FormatRequest& request, const BinaryFloat& number) {
+    const char sign = request.sign(number.negative);
     if (number.kind != BinaryFloat::finite) {
         const bool infinite = number.kind == BinaryFloat::infinite;
-        field.text(isUpper(request) ? (infinite ? "INF" : "NAN") : (infinite ? "inf" : "nan"), 3);
-        return field.emit(sink, request, false);
+        const char* const name = isUpper(request) ? (infinite ? "INF" : "NAN") : (infinite ? "inf" : "nan");
+        return emitField(sink, request, false, {sign}, 0, 3, [=](auto& out) { out.write(name, 3); });
     }
     const char conversion = lower(request);
-    if (conversion == 'a') return emitHexadecimal(sink, request, field, number);
+    if (conversion == 'a') return emitHexadecimal(sink, request, sign, number);
 
     const int precision = request.precision < 0 ? 6 : request.precision;
     DecimalCut cut{conversion != 'f', precision};
@@ -171,9 +206,19 @@ bool formatFloat(FormatSink& sink, const FormatRequest& request, const BinaryFlo
     if (conversion == 'e') ++cut.digits;
     if (conversion == 'g') cut.digits = std::max(precision, 1);
     if (decimalRoom(number.mantissa, number.exponent, cut) > kSmallRoom)
-        return emitLongDecimal(sink, request, field, number, cut);
+        return emitLongDecimal(sink, request, sign, number, cut);
     char room[kSmallRoom];
-    return emitDecimal(sink, request, field, number, cut, room);
+    return emitDecimal(sink, request, sign, number, cut, room);
+}
+
+}  // namespace
+
+bool formatFloat(FormatSink& sink, const FormatRequest& request, double value) {
+    return formatBinary(sink, request, BinaryFloat(value));
+}
+
+bool formatFloat(FormatSink& sink, const FormatRequest& request, long double value) {
+    return formatBinary(sink, request, BinaryFloat(value));
 }
 
 }  // namespace kora

@@ -24,20 +24,26 @@ std::string formatText(const char* format, ...) {
     return text;
 }
 
-}  // namespace kora
+namespace {
 
-int Strvsprintf(char* buffer, const char* format, va_list args) {
+/// Answers the count with the NUL.
+inline int formatUnbounded(char* buffer, const char* format, va_list args) {
     if (!buffer || !format) return -1;
-    kora::BufferSink sink(buffer, kora::BufferSink::kUnbounded);
-    const int count = kora::formatInto(sink, format, args);
+    BufferSink sink(buffer, BufferSink::kUnbounded);
+    const int count = formatInto(sink, format, args);
     sink.terminate();
     return count < 0 || count == 0x7FFFFFFF ? -1 : count + 1;
 }
 
+}  // namespace
+}  // namespace kora
+
+int Strvsprintf(char* buffer, const char* format, va_list args) { return kora::formatUnbounded(buffer, format, args); }
+
 int Strsprintf(char* buffer, const char* format, ...) {
     va_list args;
     va_start(args, format);
-    const int count = Strvsprintf(buffer, format, args);
+    const int count = kora::formatUnbounded(buffer, format, args);
     va_end(args);
     return count;
 }

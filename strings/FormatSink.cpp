@@ -4,19 +4,31 @@
 
 namespace kora {
 
-void FormatSink::writePieces(const char* text, std::size_t length) {
-    while (length != 0 && makeRoom()) {
-        const std::size_t part = std::min(length, room_);
-        copy(text, part);
+std::size_t FormatSink::makeRoom(std::size_t length) {
+    if (length != 0 && used_ == size_) drain();
+    const std::size_t part = std::min(length, size_ - used_);
+    if (part == 0) before_ += length;
+    return part;
+}
+
+void FormatSink::reopen() {
+    before_ += used_;
+    used_ = 0;
+    size_ = std::min(size_, kMaxCount - before_);
+}
+
+void FormatSink::write(const char* text, std::size_t length) {
+    while (const std::size_t part = makeRoom(length)) {
+        std::memmove(at(), text, part);
+        used_ += part;
         text += part, length -= part;
     }
 }
 
 void FormatSink::fill(char c, std::size_t length) {
-    while (length != 0 && makeRoom()) {
-        const std::size_t part = std::min(length, room_);
-        std::memset(at_, c, part);
-        at_ += part, room_ -= part;
+    while (const std::size_t part = makeRoom(length)) {
+        std::memset(at(), c, part);
+        used_ += part;
         length -= part;
     }
 }
@@ -24,13 +36,13 @@ void FormatSink::fill(char c, std::size_t length) {
 bool StreamSink::flush() {
     const auto length = static_cast<std::size_t>(at() - chunk_);
     if (!failed_ && std::fwrite(chunk_, 1, length, stream_) != length) failed_ = true;
-    window(chunk_, sizeof chunk_);
+    reopen();
     return !failed_;
 }
 
 void StringSink::flush() {
     text_.append(chunk_, static_cast<std::size_t>(at() - chunk_));
-    window(chunk_, sizeof chunk_);
+    reopen();
 }
 
 }  // namespace kora

@@ -5,11 +5,44 @@
 #include <cstdio>
 #include <cstring>
 #include <string>
-#include <utility>
 
 #include "strings/Bytes.h"
 
 namespace kora {
+
+/// Memory with room for what is put into it, one behind the other.
+class FormatPlace {
+public:
+    static constexpr std::size_t kMaxPad = 16;
+    static constexpr std::size_t kMaxMade = 64;
+
+    explicit FormatPlace(char* at) : at_(at) {}
+
+    void put(char c) { *at_++ = c; }
+    /// Texts are short, and may stand in the buffer they are written to.
+    void write(const char* text, std::size_t length) {
+        moveText(at_, text, length);
+        at_ += length;
+    }
+    void fill(char c, std::size_t length) {
+        std::memset(at_, c, length);
+        at_ += length;
+    }
+    /// At most kMaxPad blanks or zeros.
+    void pad(char c, std::size_t length) {
+        moveShort(at_, c == '0' ? "0000000000000000" : "                ", length);
+        at_ += length;
+    }
+    /// At most kMaxMade characters that @p make puts before the end it is given.
+    template <typename Make>
+    void made(std::size_t length, const Make& make) {
+        at_ += length;
+        make(at_);
+    }
+
+private:
+    char* at_;
+};
 
 /// Where formatted characters go: a window of memory that is filled, and what happens when it is full.
 class FormatSink {
@@ -17,67 +50,63 @@ public:
     FormatSink(const FormatSink&) = delete;
     FormatSink& operator=(const FormatSink&) = delete;
 
-    /// Takes @p length characters into the count. False when the count would pass what an int holds; nothing of the
-    /// piece is to be written then.
-    bool claim(std::int64_t length) {
-        if (length > kMaxCount - count_) return false;
-        count_ += static_cast<int>(length);
-        return true;
-    }
-    int count() const { return count_; }  ///< characters claimed, whether there was room for them or not
+    /// Characters so far, whether there was room for them or not.
+    int count() const { return static_cast<int>(before_ + used_); }
+    /// Whether an int can count @p length characters more. If not, nothing of the piece is to be written.
+    bool canCount(std::uint64_t length) const { return length <= kMaxCount - before_ - used_; }
 
-    void write(const char* text, std::size_t length) {
-        if (length > room_) {
-            writePieces(text, length);
-        } else {
-            copy(text, length);
-        }
+    /// Room for @p length characters that the caller fills in and that can be counted, or null: then they have to be
+    /// written in pieces, if canCount() allows.
+    char* reserve(std::uint64_t length) {
+        if (length > size_ - used_) return nullptr;
+        char* const place = window_ + used_;
+        used_ += static_cast<std::size_t>(length);
+        return place;
     }
-    void fill(char c, std::size_t length);
-    /// Room for @p length characters that the caller fills in, or null where they have to be written.
-    char* reserve(std::size_t length) {
-        if (length > room_) return nullptr;
-        room_ -= length;
-        return std::exchange(at_, at_ + length);
-    }
+
     /// Copies @p text up to a percent sign or the end, or as far as is worth doing byte by byte; answers how many
-    /// characters. They are not claimed yet.
-    int writeRun(const char* text) {
-        char* const to = at_;
-        const int most = room_ < 32 ? static_cast<int>(room_) : 32;
-        int length = 0;
+    /// characters.
+    std::size_t writeRun(const char* text) {
+        char* const to = window_ + used_;
+        const std::size_t room = size_ - used_;
+        const std::size_t most = room < 32 ? room : 32;
+        std::size_t length = 0;
         for (; length < most && text[length] != '%' && text[length] != '\0'; ++length) to[length] = text[length];
-        at_ = to + length, room_ -= static_cast<std::size_t>(length);
+        used_ += length;
         return length;
     }
 
+    // As FormatPlace has them, whether there is room or not.
+    void put(char c) { write(&c, 1); }
+    void write(const char* text, std::size_t length);
+    void fill(char c, std::size_t length);
+    void pad(char c, std::size_t length) { fill(c, length); }
+    template <typename Make>
+    void made(std::size_t length, const Make& make) {
+        char room[FormatPlace::kMaxMade];
+        make(room + sizeof room);
+        write(room + sizeof room - length, length);
+    }
+
 protected:
-    FormatSink(char* window, std::size_t room) : at_(window), room_(room) {}
+    FormatSink(char* window, std::size_t size) : window_(window), size_(size < kMaxCount ? size : kMaxCount) {}
     ~FormatSink() = default;
-    void window(char* at, std::size_t room) { at_ = at, room_ = room; }
-    char* at() const { return at_; }
+    char* at() const { return window_ + used_; }
+    /// Begins the window anew.
+    void reopen();
 
 private:
-    static constexpr int kMaxCount = 0x7FFFFFFF;
+    static constexpr std::size_t kMaxCount = 0x7FFFFFFF;
 
-    /// Called with no room left; gives the window room again, or leaves it full and what follows is dropped.
+    /// Called with the window full: reopens it, or leaves it so and what follows is dropped.
     virtual void drain() {}
-    /// Copies what there is room for. Pieces are short, and a text may stand in the buffer it is written to.
-    void copy(const char* text, std::size_t length) {
-        char* const to = at_;
-        at_ += length, room_ -= length;
-        if (length > 16) {
-            std::memmove(to, text, length);
-        } else {
-            moveShort(to, text, length);
-        }
-    }
-    void writePieces(const char* text, std::size_t length);
-    bool makeRoom() { return room_ != 0 || (drain(), room_ != 0); }
+    /// How many of @p length characters the window takes, at least one; none when they are dropped.
+    std::size_t makeRoom(std::size_t length);
 
-    char* at_;
-    std::size_t room_;
-    int count_ = 0;
+    char* window_;
+    std::size_t size_;  // never more than can be counted
+    std::size_t used_ = 0;
+    std::size_t before_ = 0;  // characters that are not in the window: passed on or dropped
 };
 
 /// Writes into the caller's buffer; what does not fit is dropped.
