@@ -181,10 +181,8 @@ ModuleHandle ownModule();
 /// Where a call of @p code ends up: on Windows a module has stubs of its own for what it takes from a library.
 const void* calledCode(const void* code);
 
-// ---- clock and memory ------------------------------------------------------------------------------------------
+// ---- memory, time; for the clock see Ticks.h -------------------------------------------------------------------
 
-/// Milliseconds since the system started, wrapping at 32 bits.
-std::uint32_t tickCount();
 /// Bytes of memory that are free, as the system reports them.
 std::uint64_t freeMemory();
 /// Asks for pages as large as the system has for memory that will be filled; it may have none.

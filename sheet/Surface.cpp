@@ -6,6 +6,7 @@
 
 #include "geometry/ColourValue.h"
 #include "platform/Platform.h"
+#include "platform/Ticks.h"
 #include "strings/Guarded.h"
 
 namespace {

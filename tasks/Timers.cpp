@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "core/TraceRing.h"
-#include "platform/Platform.h"
+#include "platform/Ticks.h"
 
 namespace kora {
 

@@ -9,13 +9,6 @@
 
 namespace kora::platform {
 
-// The coarse clock moves once in a few milliseconds and costs a fifth of the exact one. Timers ask it at every poll.
-std::uint32_t tickCount() {
-    timespec now;
-    clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
-    return static_cast<std::uint32_t>(std::uint64_t(now.tv_sec) * 1'000 + std::uint64_t(now.tv_nsec) / 1'000'000);
-}
-
 std::uint64_t freeMemory() {
     struct sysinfo memory;
     return sysinfo(&memory) == 0 ? std::uint64_t{memory.freeram} * memory.mem_unit : 0;

@@ -1,3 +1,4 @@
+#include "platform/Ticks.h"
 #include "platform/win32/Win32.h"
 
 namespace kora::platform {
