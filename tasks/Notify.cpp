@@ -121,9 +121,8 @@ bool NotNotify::Notify(long key1, long key2, unsigned long events, long argument
         const long told1 = own.first != 0 ? static_cast<long>(own.first) : key1;
         const long told2 = own.second != 0 ? static_cast<long>(own.second) : key2;
         auto& listeners = object->listeners;
-        listeners.walk([&](Place listener) {
+        listeners.walkMasks(wanted, [&](Place listener) {
             const std::uint32_t bits = listeners.at(listener) & wanted;
-            if (bits == 0) return true;
             handled = true;
             const auto [callback, data] = listeners.pairAt(listener);
             const bool answer = reinterpret_cast<NotCallback>(callback)(told1, told2, static_cast<long>(data),

@@ -79,6 +79,22 @@ public:
             if (!visitor(place)) return;
     }
 
+    /// Where values are masks: calls @p visitor with the place of every one that has some of @p bits, in order, until
+    /// it answers false.
+    template <class Visitor>
+    void walkMasks(Value bits, Visitor visitor) {
+        const Walk walk(*this);
+        for (Place place = 0, end = pairs_.size(); place < end; ++place) {
+            const Value* mask = &values_[place];
+            if ((*mask & bits) != 0) [[likely]] {
+                if (!visitor(place)) return;
+                continue;
+            }
+            // Behind one without any of them four at a time are looked at.
+            for (; end - place > 4 && ((mask[1] | mask[2] | mask[3] | mask[4]) & bits) == 0; place += 4) mask += 4;
+        }
+    }
+
     /// Calls @p visitor with the place of every value whose pair matches @p pair as a wildcard, in order, until it
     /// answers false.
     template <class Visitor>
