@@ -7,6 +7,7 @@
 
 #include "strings/FormatDecimal.h"
 #include "strings/FormatDigits.h"
+#include "strings/FormatFixed.h"
 
 namespace kora {
 
@@ -50,6 +51,7 @@ BinaryFloat::BinaryFloat(long double value) : fractionBits(60) {
 }
 
 constexpr int kSmallRoom = 128;
+constexpr int kDefaultPrecision = 6;
 
 bool isUpper(const FormatRequest& request) { return request.conversion < 'a'; }
 char lower(const FormatRequest& request) { return static_cast<char>(request.conversion | ' '); }
@@ -96,6 +98,20 @@ bool emitFixed(FormatSink& sink, const FormatRequest& request, char sign, Decima
         write(out, decimal.digits + whole, digits);
         zeros(out, places - leading - digits);
     });
+}
+
+bool emitFixed(FormatSink& sink, const FormatRequest& request, char sign, FixedDecimal decimal, int places) {
+    const bool point = places > 0 || request.has('#');
+    const unsigned length = countDecimal(decimal.whole) + point + static_cast<unsigned>(places);
+    const auto put = [=](char* end) {
+        if (point) {
+            // Zeros behind the point need a digit before them: it stands where the point belongs.
+            end = putDecimal(end, kPowersOfTen.value[places] + decimal.fraction);
+            *end = '.';
+        }
+        putDecimal(end, decimal.whole);
+    };
+    return emitField(sink, request, true, {sign}, 0, length, [=](auto& out) { out.made(length, put); });
 }
 
 bool emitScientific(FormatSink& sink, const FormatRequest& request, char sign, Decimal decimal, int places) {
@@ -189,8 +205,8 @@ bool emitHexadecimal(FormatSink& sink, const FormatRequest& request, char sign, 
     });
 }
 
-bool formatBinary(FormatSink& sink, const FormatRequest& request, const BinaryFloat& number) {
-    const char sign = request.sign(number.negative);
+/// Apart, so that it costs nothing where formatBinary() can do without.
+[[gnu::noinline]] bool formatAny(FormatSink& sink, const FormatRequest& request, char sign, const BinaryFloat& number) {
     if (number.kind != BinaryFloat::finite) {
         const bool infinite = number.kind == BinaryFloat::infinite;
         const char* const name = isUpper(request) ? (infinite ? "INF" : "NAN") : (infinite ? "inf" : "nan");
@@ -199,7 +215,7 @@ bool formatBinary(FormatSink& sink, const FormatRequest& request, const BinaryFl
     const char conversion = lower(request);
     if (conversion == 'a') return emitHexadecimal(sink, request, sign, number);
 
-    const int precision = request.precision < 0 ? 6 : request.precision;
+    const int precision = request.precision < 0 ? kDefaultPrecision : request.precision;
     DecimalCut cut{conversion != 'f', precision};
     // The first digit of %e is one more; a precision that has no room for it has none for the number either.
     if (conversion == 'e' && precision == 0x7FFFFFFF) return false;
@@ -209,6 +225,16 @@ bool formatBinary(FormatSink& sink, const FormatRequest& request, const BinaryFl
         return emitLongDecimal(sink, request, sign, number, cut);
     char room[kSmallRoom];
     return emitDecimal(sink, request, sign, number, cut, room);
+}
+
+bool formatBinary(FormatSink& sink, const FormatRequest& request, const BinaryFloat& number) {
+    const char sign = request.sign(number.negative);
+    if (lower(request) == 'f' && number.kind == BinaryFloat::finite && request.precision <= kMaxFixedPlaces) {
+        const int places = request.precision < 0 ? kDefaultPrecision : request.precision;
+        if (const auto decimal = fixedDecimal(number.mantissa, number.exponent, places))
+            return emitFixed(sink, request, sign, *decimal, places);
+    }
+    return formatAny(sink, request, sign, number);
 }
 
 }  // namespace

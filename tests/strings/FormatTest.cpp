@@ -128,6 +128,15 @@ TEST(Format, RandomNumbersAndTextsAreTheCLibrarys) {
     EXPECT_EQ(random.sum(), 0x366BDBD9A6DC247Au);
 }
 
+// Small numbers so near to the middle of two that all their bits are needed, and where a carry runs through.
+TEST(Format, FixedNotationRoundsExactly) {
+    EXPECT_EQ(shown("%.4f|%.4f|%.5f|%.8f|%.9f", 5e-5, 1.5e-4, 1.5e-5, 5e-9, 1.5e-9),
+              "0.0001|0.0001|0.00002|0.00000001|0.000000001");
+    EXPECT_EQ(shown("%.0f|%.0f|%.0f|%#.0f|%.9f", 0.5, 1.5, 2.5, 0.0, 0.9999999999), "0|2|2|0.|1.000000000");
+    EXPECT_EQ(shown("%.2f|%.9f|%.3f", 0x1p63, 0x1p64, -0x1.fffffffffffffp62),
+              "9223372036854775808.00|18446744073709551616.000000000|-9223372036854774784.000");
+}
+
 // What glibc prints where C leaves it open, and where other C libraries differ.
 TEST(Format, OpenQuestionsAreAnsweredAsByGlibc) {
     const char* const null = nullptr;
