@@ -53,16 +53,21 @@ inline void moveText(char* to, const char* from, std::size_t length) {
     std::memmove(to, from, length);
 }
 
-/// The high bit of every byte of @p word that is zero, and perhaps of some above the lowest of them.
-constexpr std::uint64_t zeroBytes(std::uint64_t word) {
-    constexpr std::uint64_t kLow = 0x0101010101010101, kHigh = 0x8080808080808080;
-    return (word - kLow) & ~word & kHigh;
+/// One byte in every byte of a word.
+constexpr std::uint64_t eachByte(unsigned char c) { return std::uint64_t{0x0101010101010101} * c; }
+
+/// The high bit of every byte of @p word that is below @p bound, which is at most 0x80, and perhaps of some above the
+/// lowest of them.
+constexpr std::uint64_t bytesBelow(std::uint64_t word, unsigned char bound) {
+    return (word - eachByte(bound)) & ~word & eachByte(0x80);
 }
+
+/// The same for the bytes that are zero.
+constexpr std::uint64_t zeroBytes(std::uint64_t word) { return bytesBelow(word, 1); }
 
 /// The same for the bytes that are @p c.
 constexpr std::uint64_t bytesEqual(std::uint64_t word, char c) {
-    constexpr std::uint64_t kOneEach = 0x0101010101010101;
-    return zeroBytes(word ^ (kOneEach * static_cast<unsigned char>(c)));
+    return zeroBytes(word ^ eachByte(static_cast<unsigned char>(c)));
 }
 
 /// Whether there is a NUL among at most 16 bytes, without a call.
