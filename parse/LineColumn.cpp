@@ -13,11 +13,10 @@ bool ParLineColumn(ParSource& source, long position, long& line, long& column, C
     CString found;
     const bool whole = kora::guarded([&] {
         for (std::int32_t at = 0; at < source.length;) {
-            unsigned char room;
-            const ParSource::Span span = source.ahead(at, room);
+            const ParSource::Cursor ahead = source.ahead(at);
             const auto* const feed = static_cast<const unsigned char*>(
-                std::memchr(span.begin, '\n', static_cast<std::size_t>(span.end - span.begin)));
-            at += static_cast<std::int32_t>((feed ? feed : span.end) - span.begin);
+                std::memchr(ahead.at, '\n', static_cast<std::size_t>(ahead.end - ahead.at)));
+            at += static_cast<std::int32_t>((feed ? feed : ahead.end) - ahead.at);
             if (!feed) continue;
             if (at >= wanted) {
                 end = at;

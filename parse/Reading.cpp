@@ -18,191 +18,170 @@ bool isMember(const ParCharSet& set, unsigned char c) {
     return c < 128 && (set.bits[c / 16] >> c % 16 & 1) != 0;
 }
 
-/// Whether all members of a bitmap class mean nothing but themselves to the reader.
-bool isPlain(const ParCharSet& set, char stmtEndChar) {
-    return set.bits[0] == 0 && set.bits[1] == 0 && !isMember(set, '{') &&
-           !isMember(set, static_cast<unsigned char>(stmtEndChar));
-}
-
-/// Where the first blank, control character, brace or statement end stands, or @p end.
-const unsigned char* endOfWord(const unsigned char* at, const unsigned char* end, char stmtEndChar) {
+/// Where the first byte stands that @p stops, or @p end. @p stopsIn answers the same of eight bytes: the high bit of
+/// each that does, and perhaps of some above the lowest of them.
+template <typename Stops, typename StopsIn>
+inline const unsigned char* findFirst(const unsigned char* at, const unsigned char* end, Stops stops, StopsIn stopsIn) {
     if constexpr (std::endian::native == std::endian::little) {
-        constexpr std::uint64_t kBehindBlank = 0x2121212121212121, kHigh = 0x8080808080808080;
         for (; end - at >= 8; at += 8) {
             std::uint64_t bytes;
             std::memcpy(&bytes, at, sizeof bytes);
-            // Bytes above the lowest one that is found may be found wrongly.
-            const std::uint64_t found = ((bytes - kBehindBlank) & ~bytes & kHigh) | kora::bytesEqual(bytes, '{') |
-                                        kora::bytesEqual(bytes, stmtEndChar);
-            if (found != 0) return at + std::countr_zero(found) / 8;
+            if (const std::uint64_t found = stopsIn(bytes); found != 0) return at + std::countr_zero(found) / 8;
         }
     }
-    while (at != end && *at > ' ' && *at != '{' && *at != static_cast<unsigned char>(stmtEndChar)) ++at;
+    while (at != end && !stops(*at)) ++at;
     return at;
 }
 
-/// Whether it is '{' or '}', which are two apart.
-bool isBrace(unsigned char c) { return ((c - '{') & ~2) == 0; }
+/// Where the first character below @p lowest, opening brace or statement end stands, or @p end.
+inline const unsigned char* endOfText(const unsigned char* at, const unsigned char* end, unsigned char lowest,
+                                      char stmtEndChar) {
+    return findFirst(
+        at, end,
+        [=](unsigned char c) { return c < lowest || c == '{' || c == static_cast<unsigned char>(stmtEndChar); },
+        [=](std::uint64_t bytes) {
+            return kora::bytesBelow(bytes, lowest) | kora::bytesEqual(bytes, '{') |
+                   kora::bytesEqual(bytes, stmtEndChar);
+        });
+}
 
-const unsigned char* find(const unsigned char* at, const unsigned char* end, char c) {
-    const void* const found = std::memchr(at, c, static_cast<std::size_t>(end - at));
-    return found ? static_cast<const unsigned char*>(found) : end;
+/// Where the first brace of either kind stands, or @p end.
+const unsigned char* findBrace(const unsigned char* at, const unsigned char* end) {
+    return findFirst(
+        at, end, [](unsigned char c) { return c == '{' || c == '}'; },
+        [](std::uint64_t bytes) { return kora::bytesEqual(bytes, '{') | kora::bytesEqual(bytes, '}'); });
+}
+
+/// Copies what stands from @p at to @p end, and answers how long that is.
+inline std::size_t copy(char* to, const unsigned char* at, const unsigned char* end) {
+    const auto size = static_cast<std::size_t>(end - at);
+    kora::moveText(to, reinterpret_cast<const char*>(at), size);
+    return size;
 }
 
 }  // namespace
 
+/// No text, at @p index.
+inline ParSource::Cursor ParSource::nothing(std::int32_t index) {
+    cursorEnd_ = index;
+    return {nullptr, nullptr};
+}
+
 /// The text from @p index on, as far as it stands together in the array; nothing at the end, and where only the array
 /// itself can answer. Not kept from one operation to the next, since the caller's array may change between.
-inline ParSource::Span ParSource::block(std::int32_t index) const {
+inline ParSource::Cursor ParSource::block(std::int32_t index) {
     std::uint32_t count;
-    if (!plainData_ || index >= length) return {nullptr, nullptr};
+    if (!plainData_ || index >= length) return nothing(index);
     const auto* const at = kora::RamView::at(*data, static_cast<std::uint32_t>(index), count);
-    if (!at) return {nullptr, nullptr};
-    return {at, at + std::min(count, static_cast<std::uint32_t>(length - index))};
+    if (!at) return nothing(index);
+    count = std::min(count, static_cast<std::uint32_t>(length - index));
+    cursorEnd_ = index + static_cast<std::int32_t>(count);
+    return {at, at + count};
 }
 
-/// The same of a text that has such an index: at least one byte, for which there is @p room.
-ParSource::Span ParSource::ahead(std::int32_t index, unsigned char& room) const {
-    const Span span = block(index);
-    if (span.begin) return span;
-    room = (*data)[static_cast<unsigned long>(index)];
-    return {&room, &room + 1};
+/// The same of a text that has such an index: at least one byte, if need be the one that the array answers.
+ParSource::Cursor ParSource::ahead(std::int32_t index) {
+    const Cursor cursor = block(index);
+    if (cursor.at) return cursor;
+    answered_ = (*data)[static_cast<unsigned long>(index)];
+    cursorEnd_ = index + 1;
+    return {&answered_, &answered_ + 1};
 }
 
-/// Goes on by bytes that were examined.
-inline void ParSource::advance(std::ptrdiff_t count) {
-    pos += static_cast<std::int32_t>(count);
-    if (trackMax && count != 0) maxPos = std::max(maxPos, pos - 1);
+/// The text that stands together ahead, where a character in it that has no meaning would be read as it is.
+inline ParSource::Cursor ParSource::plainAhead() {
+    if (fileEnd || stmtEnd || commentDepth > 0) return nothing(pos);
+    return block(pos);
+}
+
+/// Ends an operation that has read up to @p cursor.
+inline void ParSource::stopAt(Cursor cursor) {
+    const std::int32_t index = indexOf(cursor);
+    if (trackMax && index != pos) maxPos = std::max(maxPos, index - 1);
+    pos = index;
 }
 
 /// Whether a character outside comments is more than itself.
 inline bool ParSource::hasMeaning(unsigned char c) const {
-    return c < 32 || c == '{' || c == static_cast<unsigned char>(stmtEndChar);
+    return c < ' ' || c == '{' || c == static_cast<unsigned char>(stmtEndChar);
 }
 
-/// Reads one character with all that braces, statement ends and control characters mean. @p span is what stands ahead,
-/// or nothing where that is not known.
-inline void ParSource::read(Span span) {
-    if (span.begin == span.end || fileEnd || stmtEnd || commentDepth > 0) return interpret(span);
-    const unsigned char c = *span.begin;
-    if (!hasMeaning(c)) {
-        current = static_cast<char>(c);
-        sawText = true;
-    } else if (c == static_cast<unsigned char>(stmtEndChar) && sawText) {
+/// Takes a character outside comments that does not open one. False where that delivers nothing, and reading goes on.
+inline bool ParSource::deliver(unsigned char c) {
+    if (c == static_cast<unsigned char>(stmtEndChar)) {
+        // A statement of comments alone is none.
         current = '\0';
-        stmtEnd = true;
+        stmtEnd = sawText || !sawComment;
         sawText = false;
         sawComment = false;
-    } else {
-        return interpret(span);
+        return stmtEnd;
     }
-    advance(1);
+    current = static_cast<char>(c < ' ' && !keepControl ? ' ' : c);
+    if (current == '\0') return false;
+    sawText = true;
+    return true;
 }
 
-void ParSource::readNext() { read(block(pos)); }
+/// Reads one character with all that braces, statement ends and control characters mean; answers where it ends.
+inline ParSource::Cursor ParSource::read(Cursor cursor) {
+    if (cursor.at == cursor.end || *cursor.at == '{') return readOn(cursor);
+    const Cursor behind{cursor.at + 1, cursor.end};
+    return deliver(*cursor.at) ? behind : readOn(behind);
+}
 
-/// The same for whatever stands ahead.
-void ParSource::interpret(Span span) {
-    std::int32_t opened = -1;
+/// The same for whatever stands ahead, comments and other blocks included.
+ParSource::Cursor ParSource::readOn(Cursor cursor) {
+    std::int32_t opened = -1;  // where the comment began, if it did so in this reading
     current = '\0';
-    while (!fileEnd && !stmtEnd && current == '\0') {
-        unsigned char room;
-        if (span.begin == span.end) {
-            if (pos >= length) {
-                fileEnd = true;
-                return;
-            }
-            span = ahead(pos, room);
+    while (!fileEnd && !stmtEnd) {
+        if (cursor.at == cursor.end) {
+            fileEnd = cursorEnd_ >= length;
+            if (fileEnd) break;
+            cursor = ahead(cursorEnd_);
         }
-        interpret(span, opened);
-        span = {nullptr, nullptr};
-    }
-}
-
-/// Goes on to behind the first character delivered or a statement end, or to the end of @p span. @p opened is where the
-/// comment began, if it did so in this reading.
-inline void ParSource::interpret(Span span, std::int32_t& opened) {
-    const unsigned char* at = span.begin;
-    while (at != span.end && current == '\0' && !stmtEnd) {
-        if (commentDepth > 0) {
-            at = leaveComment({at, span.end});
-            if (commentDepth == 0 && opened >= 0 && ownsData) {
-                commentStart_ = opened;
-                commentEnd_ = pos + static_cast<std::int32_t>(at - span.begin);
-            }
-            continue;
-        }
-        const unsigned char c = *at;
+        if (commentDepth > 0) cursor.at = findBrace(cursor.at, cursor.end);
+        if (cursor.at == cursor.end) continue;
+        const std::int32_t index = indexOf(cursor);
+        const unsigned char c = *cursor.at++;
         if (c == '{') {
             sawComment = true;
-            const std::int32_t index = pos + static_cast<std::int32_t>(at - span.begin);
-            if (commentDepth == 0 && index == commentStart_) return advance(commentEnd_ - pos);
+            if (commentDepth == 0 && index == commentStart_) {
+                cursor = nothing(commentEnd_);
+                continue;
+            }
             if (commentDepth == 0) opened = index;
-            ++commentDepth;
-        } else if (c == static_cast<unsigned char>(stmtEndChar)) {
-            // A statement of comments alone is none.
-            stmtEnd = sawText || !sawComment;
-            sawText = false;
-            sawComment = false;
-        } else {
-            current = static_cast<char>(c < 32 && !keepControl ? ' ' : c);
-            if (current != '\0') sawText = true;
-        }
-        ++at;
-    }
-    advance(at - span.begin);
-}
-
-/// Goes on inside a comment, up to behind its end if that is within @p span; answers how far.
-const unsigned char* ParSource::leaveComment(Span span) {
-    constexpr std::ptrdiff_t kShort = 32;
-    const unsigned char* at = span.begin;
-    const unsigned char* closing = nullptr;
-    while (commentDepth > 0) {
-        // Most comments are short.
-        const unsigned char* const stop = at + std::min(kShort, span.end - at);
-        while (at != stop && !isBrace(*at)) ++at;
-        if (at == stop && stop != span.end) {
-            if (!closing || closing < at) closing = find(at, span.end, '}');
-            at = find(at, closing, '{');
-        }
-        if (at == span.end) return at;
-        if (*at++ == '}') {
-            --commentDepth;
-        } else {
             commentDepth = static_cast<std::int16_t>(commentDepth + 1);
-            sawComment = true;
+        } else if (commentDepth > 0) {
+            --commentDepth;
+            if (commentDepth == 0 && opened >= 0 && ownsData) {
+                commentStart_ = opened;
+                commentEnd_ = index + 1;
+            }
+        } else if (deliver(c)) {
+            break;
         }
     }
-    return at;
+    return cursor;
 }
 
-/// The text that stands together ahead, where a character in it that has no meaning would be read as it is.
-inline ParSource::Span ParSource::plainAhead() const {
-    if (fileEnd || stmtEnd || commentDepth > 0) return {nullptr, nullptr};
-    return block(pos);
-}
+/// Reads the next character as an operation of its own.
+void ParSource::readNext() { stopAt(read(plainAhead())); }
 
-/// Goes on over the characters of @p span before @p end, which have no meaning.
-inline void ParSource::pass(Span& span, const unsigned char* end) {
-    if (span.begin == end) return;
-    sawText = true;
-    advance(end - span.begin);
-    span.begin = end;
+/// Goes on to @p at, over characters that stand for themselves.
+inline ParSource::Cursor ParSource::pass(Cursor cursor, const unsigned char* at) {
+    if (cursor.at != at) sawText = true;
+    return {at, cursor.end};
 }
 
 /// Reads one byte as it stands.
 void ParSource::readRaw() {
     current = '\0';
+    if (!fileEnd) fileEnd = pos >= length;
     if (fileEnd) return;
-    if (pos >= length) {
-        fileEnd = true;
-        return;
-    }
-    unsigned char room;
-    current = static_cast<char>(*ahead(pos, room).begin);
-    advance(1);
+    const Cursor cursor = ahead(pos);
+    current = static_cast<char>(*cursor.at);
     sawText = true;
+    stopAt({cursor.at + 1, cursor.end});
 }
 
 void ParSource::ParCharNextEscape() {
@@ -224,11 +203,10 @@ bool ParSource::ParStmtEnd() { return stmtEnd || fileEnd; }
 bool ParSource::ParFileEnd() { return fileEnd; }
 
 void ParSource::ParStmtNext() {
-    const auto means = [this](unsigned char c) { return hasMeaning(c); };
-    while (!stmtEnd && !fileEnd) {
-        Span span = plainAhead();
-        pass(span, std::find_if(span.begin, span.end, means));
-        read(span);
+    if (!stmtEnd) {
+        Cursor cursor = plainAhead();
+        while (!stmtEnd && !fileEnd) cursor = read(pass(cursor, endOfText(cursor.at, cursor.end, ' ', stmtEndChar)));
+        stopAt(cursor);
     }
     stmtEnd = false;
     readNext();
@@ -248,54 +226,62 @@ void ParSource::Seek(long to) {
 
 void ParSource::ParBackspace() { Seek(savedPos); }
 
-/// Reads on while the current character is a blank.
-void ParSource::skipBlanks() {
-    const auto isBlank = [this](unsigned char c) {
-        return c == ' ' || (c < 32 && c != static_cast<unsigned char>(stmtEndChar) && !keepControl);
-    };
-    while (current == ' ') {
-        Span span = plainAhead();
-        // Most blanks stand alone.
-        if (span.begin != span.end && isBlank(*span.begin)) pass(span, std::find_if_not(span.begin, span.end, isBlank));
-        read(span);
-    }
-}
-
 void ParSource::ParBlanksSkip() {
     savedPos = position();
     lookaheadClear();
-    skipBlanks();
+    const auto isBlank = [this](unsigned char c) {
+        return c == ' ' || (c < ' ' && c != static_cast<unsigned char>(stmtEndChar) && !keepControl);
+    };
+    Cursor cursor = plainAhead();
+    while (current == ' ') cursor = read(pass(cursor, std::find_if_not(cursor.at, cursor.end, isBlank)));
+    stopAt(cursor);
 }
 
-/// Where the members of a class that have no meaning end in @p span.
-const unsigned char* ParSource::endOfPlain(Span span, const ParCharSet& set) const {
-    if (set.all) return endOfWord(span.begin, span.end, stmtEndChar);
-    if (isPlain(set, stmtEndChar))
-        return std::find_if_not(span.begin, span.end, [&](unsigned char c) { return isMember(set, c); });
-    return std::find_if_not(span.begin, span.end, [&](unsigned char c) { return isMember(set, c) && !hasMeaning(c); });
+/// Where the members of a class that have no meaning end, or @p end.
+inline const unsigned char* ParSource::endOfPlain(const unsigned char* at, const unsigned char* end,
+                                                  const ParCharSet& set) const {
+    if (set.all) return endOfText(at, end, ' ' + 1, stmtEndChar);
+    while (at != end && isMember(set, *at) && !hasMeaning(*at)) ++at;
+    return at;
+}
+
+/// Takes what most tokens are: a word that stands whole between a blank and a blank or the end of the statement. False,
+/// with nothing done, where there is none.
+inline bool ParSource::takeWord(char* buffer, const ParCharSet& set, short max) {
+    if (current != ' ' || isMember(set, ' ') || max <= 0) return false;
+    const Cursor cursor = plainAhead();
+    const unsigned char* const end = endOfPlain(cursor.at, cursor.upTo(max), set);
+    if (end == cursor.at || end == cursor.end || (*end != ' ' && *end != static_cast<unsigned char>(stmtEndChar)))
+        return false;
+    buffer[copy(buffer, cursor.at, end)] = '\0';
+    sawText = true;
+    deliver(*end);
+    stopAt({end + 1, cursor.end});
+    lookaheadClear();
+    return true;
+}
+
+/// Takes any token, which begins at the current character.
+bool ParSource::takeToken(char* buffer, const ParCharSet& set, short max) {
+    std::ptrdiff_t count = 0;
+    Cursor cursor = plainAhead();
+    while (!stmtEnd && !fileEnd && count < max && isMember(set, static_cast<unsigned char>(current))) {
+        buffer[count++] = current;
+        const unsigned char* const end = endOfPlain(cursor.at, cursor.upTo(max - count), set);
+        count += static_cast<std::ptrdiff_t>(copy(buffer + count, cursor.at, end));
+        cursor = read(pass(cursor, end));
+    }
+    buffer[count] = '\0';
+    stopAt(cursor);
+    lookaheadClear();
+    return count != 0;
 }
 
 bool ParSource::ParToken(char* buffer, ParCharSet set, short max) {
     savedPos = position();
-    if (kora::slotCode(*this, &ParSource::ParBlanksSkip) == ownBlanksSkip_)
-        skipBlanks();
-    else
-        ParBlanksSkip();
-    int count = 0;
-    while (!stmtEnd && !fileEnd && count < max && isMember(set, static_cast<unsigned char>(current))) {
-        buffer[count++] = current;
-        Span span = plainAhead();
-        const auto most = std::min<std::ptrdiff_t>(span.end - span.begin, max - count);
-        const unsigned char* const end = endOfPlain({span.begin, span.begin + most}, set);
-        const auto size = static_cast<std::size_t>(end - span.begin);
-        kora::moveText(buffer + count, reinterpret_cast<const char*>(span.begin), size);
-        count += static_cast<int>(size);
-        pass(span, end);
-        read(span);
-    }
-    buffer[count] = '\0';
-    lookaheadClear();
-    return count != 0;
+    if (kora::runsCode(*this, &ParSource::ParBlanksSkip, ownBlanksSkip_) && takeWord(buffer, set, max)) return true;
+    ParBlanksSkip();
+    return takeToken(buffer, set, max);
 }
 
 /// Takes the token of a number. ParToken() saves the position too, but it may be overridden.

@@ -57,6 +57,8 @@ ParSource::ParSource(TskKoraModule*)
       aheadCount_(0),
       aheadEnded_(false),
       plainData_(false),
+      answered_(0),
+      cursorEnd_(0),
       commentStart_(-1),
       commentEnd_(-1),
       ownBlanksSkip_(nullptr) {
@@ -142,10 +144,9 @@ void ParSource::GetBlock(long from, long to, CString& out) {
     const bool whole = kora::guarded([&] {
         out.reserve(static_cast<std::size_t>(end - begin));
         for (std::int32_t at = begin; at < end;) {
-            unsigned char room;
-            const Span span = ahead(at, room);
-            const auto count = std::min<std::ptrdiff_t>(span.end - span.begin, end - at);
-            out.append(reinterpret_cast<const char*>(span.begin), static_cast<std::size_t>(count));
+            const Cursor text = ahead(at);
+            const auto count = std::min<std::ptrdiff_t>(text.end - text.at, end - at);
+            out.append(reinterpret_cast<const char*>(text.at), static_cast<std::size_t>(count));
             at += static_cast<std::int32_t>(count);
         }
     });

@@ -155,27 +155,32 @@ protected:
 private:
     friend KORA_API bool ParLineColumn(ParSource& source, long position, long& line, long& column, CString& text);
 
-    struct Span {
-        const unsigned char* begin;
+    /// Where an operation reads, in text that stands together. Its index is kept in pos when the operation ends.
+    struct Cursor {
+        const unsigned char* at;
         const unsigned char* end;
+
+        const unsigned char* upTo(std::ptrdiff_t most) const { return at + (most < end - at ? most : end - at); }
     };
 
     RamArray* load(FilePath& file, bool ask);
-    Span block(std::int32_t index) const;
-    Span ahead(std::int32_t index, unsigned char& room) const;
-    void advance(std::ptrdiff_t count);
-    void read(Span span);
+    Cursor nothing(std::int32_t index);
+    Cursor block(std::int32_t index);
+    Cursor ahead(std::int32_t index);
+    Cursor plainAhead();
+    std::int32_t indexOf(Cursor cursor) const { return cursorEnd_ - static_cast<std::int32_t>(cursor.end - cursor.at); }
+    void stopAt(Cursor cursor);
+    bool hasMeaning(unsigned char c) const;
+    Cursor read(Cursor cursor);
+    bool deliver(unsigned char c);
+    Cursor readOn(Cursor cursor);
+    Cursor pass(Cursor cursor, const unsigned char* at);
     void readNext();
     void readRaw();
-    bool hasMeaning(unsigned char c) const;
-    void interpret(Span span);
-    void interpret(Span span, std::int32_t& opened);
-    const unsigned char* leaveComment(Span span);
-    Span plainAhead() const;
-    void pass(Span& span, const unsigned char* end);
     std::int32_t position() const { return fileEnd ? pos : pos - 1; }
-    const unsigned char* endOfPlain(Span span, const ParCharSet& set) const;
-    void skipBlanks();
+    const unsigned char* endOfPlain(const unsigned char* at, const unsigned char* end, const ParCharSet& set) const;
+    bool takeWord(char* buffer, const ParCharSet& set, short max);
+    bool takeToken(char* buffer, const ParCharSet& set, short max);
     bool numberToken(char* buffer);
     bool lookFurther(std::int32_t index, bool& moved);
     void lookaheadClear() { aheadCount_ = 0, aheadEnded_ = false; }
@@ -187,7 +192,9 @@ private:
     std::int32_t aheadPos_[kLookahead + 1];  ///< before the first, then behind each
     std::int32_t aheadCount_;
     bool aheadEnded_;
-    bool plainData_;  ///< the array is no derived one, so its blocks may be read directly
+    bool plainData_;          ///< the array is no derived one, so its blocks may be read directly
+    unsigned char answered_;  ///< the byte that another array has answered
+    std::int32_t cursorEnd_;  ///< the index of the end of what was taken last
     // The last comment that was read over, in a text that nobody else can change: from its brace to behind its brace.
     std::int32_t commentStart_;
     std::int32_t commentEnd_;
