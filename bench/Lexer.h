@@ -4,7 +4,15 @@
 
 namespace kora::bench {
 
-/// The peer of the text reader, made by flex: how many tokens between blanks, statement ends and nested comments.
-long lexerTokens(const std::string& text);
+/// What a text holds between blanks and nested comments.
+struct Counts {
+    long tokens = 0;
+    long statements = 0;
+
+    bool operator==(const Counts&) const = default;
+};
+
+/// The peer of the text reader, made by flex, which tells statement ends from tokens too.
+Counts lexerCounts(const std::string& text);
 
 }  // namespace kora::bench
