@@ -43,7 +43,7 @@ TreeElement* Tree::DepthFirst() {
         current = e->ChildNext();
         e->ChildReset();
         // One level down in this loop, unless an override wants to see every level.
-        if (kora::slotCode(*this, &Tree::DepthFirst) != ownDepthFirst) return current = DepthFirst();
+        if (!kora::runsCode(*this, &Tree::DepthFirst, ownDepthFirst)) return current = DepthFirst();
     }
 }
 

@@ -37,7 +37,7 @@ bool CellStore::assignAny(TShtCell& cell, char* text, long length, bool copyText
         text = keepOwnText(cell, text);
     else
         releaseText(cell);
-    cell.setOutside(text, length32, TShtCell::kBorrowed);
+    cell.setOutside({text, length32, /*isBorrowed=*/true});
     return true;
 }
 
@@ -45,34 +45,38 @@ void CellStore::copy(TShtCell& cell, const char* text, std::size_t length) {
     assign(cell, const_cast<char*>(text), static_cast<long>(std::min<std::size_t>(length, INT32_MAX)),
            /*copyText=*/true);
     // Nobody keeps what an empty text points at.
-    if (cell.isBorrowed()) cell.setOutside(nullptr, 0, TShtCell::kBorrowed);
+    if (cell.isBorrowed()) cell.setOutside({nullptr, 0, /*isBorrowed=*/true});
 }
 
 void CellStore::copyWhole(TShtCell& cell, const char* text, std::size_t length) {
     const std::size_t held = ownedOutside(cell);
+    if (length == 0) return releaseText(cell);
     if (length <= TShtCell::kLongestInside) {
-        char* const before = held > 0 ? cell.text() : nullptr;
-        moveShort(cell.bytes_, text, length);
-        cell.place_ = static_cast<std::uint8_t>(length);
-        if (before != nullptr) giveBack(before, held);
+        char* const before = cell.text();
+        cell.setInside(text, length);
+        if (held > 0) giveBack(before, held);
     } else if (held > 0 && length <= kLargest && roundedUp(held, kStep) == roundedUp(length, kStep)) {
         moveText(cell.text(), text, length);
-        cell.setOutside(cell.text(), static_cast<std::int32_t>(length), TShtCell::kOwned);
+        setOwned(cell, cell.text(), length);
     } else {
         char* const place = allocate(length);
         if (place != nullptr) moveText(place, text, length);
         releaseText(cell);
-        if (place != nullptr) cell.setOutside(place, static_cast<std::int32_t>(length), TShtCell::kOwned);
+        if (place != nullptr) setOwned(cell, place, length);
     }
 }
 
 void CellStore::keepOutside(TShtCell& cell) {
-    if (cell.place_ == 0 || cell.place_ > TShtCell::kLongestInside) return;
-    const std::size_t length = cell.place_;
+    const std::size_t length = cell.length_;
+    if (length == 0) return;
     char* const place = allocate(length);
     if (place == nullptr) return;
     moveShort(place, cell.bytes_, length);
-    cell.setOutside(place, static_cast<std::int32_t>(length), TShtCell::kOwned);
+    setOwned(cell, place, length);
+}
+
+void CellStore::setOwned(TShtCell& cell, char* text, std::size_t length) {
+    cell.setOutside({text, static_cast<std::int32_t>(length), /*isBorrowed=*/false});
 }
 
 // A cell that refers to a part of its own text keeps the whole of it from being reused. Answers where the part is then.
@@ -86,12 +90,12 @@ char* CellStore::keepOwnText(TShtCell& cell, char* part) {
 }
 
 std::size_t CellStore::ownedOutside(const TShtCell& cell) {
-    return cell.place_ == TShtCell::kOwned ? static_cast<std::size_t>(cell.outside().length) : 0;
+    return cell.length_ > 0 || cell.outside().isBorrowed ? 0 : static_cast<std::size_t>(cell.outside().length);
 }
 
 void CellStore::releaseText(TShtCell& cell) {
     if (const std::size_t held = ownedOutside(cell)) giveBack(cell.text(), held);
-    cell.place_ = 0;
+    setOwned(cell, nullptr, 0);
 }
 
 void CellStore::release(TShtCell& cell) {

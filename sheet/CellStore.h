@@ -3,7 +3,6 @@
 #include <cstddef>
 
 #include "sheet/Cell.h"
-#include "strings/Bytes.h"
 
 namespace kora {
 
@@ -21,12 +20,16 @@ public:
     /// Stores @p text in @p cell: as a copy, or by reference without @p copyText, or when it is empty. @p text may lie
     /// in the cell's own. Answers whether anything was changed: not, if it is the very text that the cell has.
     bool assign(TShtCell& cell, char* text, long length, bool copyText) {
-        const bool isShort = length > 0 && length <= TShtCell::kLongestInside;
-        if (!isShort || !copyText || text == nullptr || text == cell.bytes_ || cell.place_ > TShtCell::kLongestInside ||
-            holdsNul(text, static_cast<std::size_t>(length)))
-            return assignAny(cell, text, length, copyText);
-        moveShort(cell.bytes_, text, static_cast<std::size_t>(length));
-        cell.place_ = static_cast<std::uint8_t>(length);
+        return (copyText && text != cell.bytes_ && assignInside(cell, text, length)) ||
+               assignAny(cell, text, length, copyText);
+    }
+    /// The usual case of it: a copy that stands in a cell which has no text outside. False, with nothing done, in
+    /// others.
+    static bool assignInside(TShtCell& cell, const char* text, long length) {
+        const auto size = static_cast<std::size_t>(length);
+        if (size - 1 >= TShtCell::kLongestInside || text == nullptr || holdsNul(text, size)) return false;
+        if (cell.length_ == 0 && cell.outside().length != 0) return false;
+        cell.setInside(text, size);
         return true;
     }
     /// Has the cell's own text stand outside, for a cell that is moved while somebody may have read its text. Without
@@ -69,6 +72,7 @@ private:
     char* allocateLarge(std::size_t size);
     void releaseText(TShtCell& cell);
     char* keepOwnText(TShtCell& cell, char* part);
+    static void setOwned(TShtCell& cell, char* text, std::size_t length);
     static std::size_t ownedOutside(const TShtCell& cell);
 
     Slab* newest_ = nullptr;

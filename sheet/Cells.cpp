@@ -26,8 +26,18 @@ bool readHeading(SheetState& state, SheetLine line, int n, char*& text, long& le
     return from != nullptr;
 }
 
+// Most writes are like this, and as reading does they wait for memory at once if there is little to do. False, with at
+// most a blank cell made, where there is more to it.
+bool storePlainText(SheetState& state, short r, short c, char* text, long length) {
+    TShtCell* cell = state.table.near(static_cast<std::uint16_t>(r), static_cast<std::uint16_t>(c));
+    if (cell == nullptr) cell = state.table.appendCell(r, c);
+    if (cell == nullptr || cell->hasExtras || !kora::CellStore::assignInside(*cell, text, length)) return false;
+    state.markDirty(*cell);
+    return true;
+}
+
 // What ShtCellGet() answers. Inline there, its registers would be saved at every read.
-[[gnu::noinline]] bool readAnyCell(SheetState& state, short r, short c, bool& copied, char*& text, long& length,
+[[gnu::noinline]] bool readAnyCell(SheetState& state, int r, int c, bool& copied, char*& text, long& length,
                                    void*& data) {
     const TShtCell* const found = state.table.cell(r, c);
     const TShtCell& cell = found != nullptr ? *found : kora::kBlankCell;
@@ -59,20 +69,34 @@ bool ShtSheet::changeCell(short r, short c, SheetRedraw redrawBehind, Change cha
 bool ShtSheet::ShtCellGet(short r, short c, bool& copied, char*& text, long& length, void*& data) {
     // Most cells are like this: reading at random comes to waiting for memory, and the less there is to do the more
     // reads wait at once.
-    const TShtCell* const near = state_->table.near(r, c);
-    if (near == nullptr || !near->isPlain()) return readAnyCell(*state_, r, c, copied, text, length, data);
-    copied = true;
-    text = near->plainText();
-    length = near->plainLength();
-    data = nullptr;
-    return true;
+    const auto row = static_cast<std::uint16_t>(r), column = static_cast<std::uint16_t>(c);
+    const TShtCell* const near = state_->table.near(row, column);
+    if (near != nullptr && near->isPlain()) {
+        // Read first: for all a compiler knows a result might be stored in the cell.
+        const std::int32_t plainLength = near->plainLength();
+        copied = true;
+        text = near->plainText();
+        length = plainLength;
+        data = nullptr;
+        return true;
+    }
+    return readAnyCell(*state_, row, column, copied, text, length, data);
 }
 
 bool ShtSheet::ShtCellSet(short r, short c, bool copy, char* text, long length, void* data, eShtCellUpdate update,
                           eShtCellShow showRow, eShtCellShow showCol) {
+    // Whether nothing but the cell changes, with no operation called that an override might have in its place.
+    const bool isQuiet = update == ShtCellUpdateNone && showRow == ShtCellShowNone && showCol == ShtCellShowNone &&
+                         !state_->editing && kora::runsCode(*this, &ShtSheet::ShtCellShow, state_->ownCellShow);
+    if (isQuiet && copy && data == nullptr && storePlainText(*state_, r, c, text, length)) return true;
+    return setAnyCell(r, c, copy, text, length, data, update, showRow, showCol);
+}
+
+[[gnu::noinline]] bool ShtSheet::setAnyCell(short r, short c, bool copy, char* text, long length, void* data,
+                                            eShtCellUpdate update, eShtCellShow showRow, eShtCellShow showCol) {
     // Showing nothing is something that only an override would notice.
     const bool shows = showRow != ShtCellShowNone || showCol != ShtCellShowNone ||
-                       kora::slotCode(*this, &ShtSheet::ShtCellShow) != state_->ownCellShow;
+                       !kora::runsCode(*this, &ShtSheet::ShtCellShow, state_->ownCellShow);
     bool changed = false;
     TShtCell* cell = state_->table.cell(r, c);
     if (cell != nullptr && !shows && update == ShtCellUpdateNone && !state_->editing) {

@@ -117,7 +117,7 @@ bool ShtSheet::ShtSheetToBuffer(char*& buffer, long& length, bool selectionOnly)
     if (selectionOnly && !selectedRange(range)) return true;
     endEdit();
 
-    const bool isOwn = kora::slotCode(*this, &ShtSheet::ShtCellGet) == state_->ownCellGet;
+    const bool isOwn = kora::runsCode(*this, &ShtSheet::ShtCellGet, state_->ownCellGet);
     const auto put = [&](auto& sink) {
         if (isOwn) return kora::putRange(sink, range, [&](int r) { return kora::textsOf(table.row(r)); });
         return kora::putRange(sink, range,
@@ -156,7 +156,7 @@ bool ShtSheet::ShtSheetFromBuffer(char* buffer, long length, bool atSelection, b
     if (atSelection && !selectedRange(start)) return false;
     endEdit();
 
-    const bool hasHook = kora::slotCode(*this, &ShtSheet::ShtProgCellChange) != state_->ownProgCellChange;
+    const bool hasHook = !kora::runsCode(*this, &ShtSheet::ShtProgCellChange, state_->ownProgCellChange);
     // A text ends at its first NUL. One look at all of them saves one at each.
     bool goesOn = rest.data() != nullptr;
     const bool hasNul = goesOn && std::memchr(rest.data(), 0, rest.size()) != nullptr;

@@ -22,7 +22,7 @@ public:
         return c >= near_ && c < count_ ? &far(c) : nullptr;
     }
     /// The same, as far as the first block goes.
-    TShtCell* near(std::int16_t c) const { return static_cast<std::uint16_t>(c) < near_ ? first_ + c + 1 : nullptr; }
+    TShtCell* near(std::uint16_t c) const { return c < near_ ? first_ + c + 1 : nullptr; }
     /// @p c must be held, or the heading.
     TShtCell& operator[](int c) const { return c < near_ ? first_[c + 1] : far(c); }
     /// Null as long as nothing was written in the row.

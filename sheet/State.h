@@ -82,8 +82,9 @@ struct SheetState {
     }
 
     void markDirty(TShtCell& cell) {
-        if (!cell.dirty) ++dirtyCells;
+        if (cell.dirty) return;
         cell.dirty = true;
+        ++dirtyCells;
     }
 };
 

@@ -29,6 +29,7 @@ bool TShtTable::growColumns(int c, std::int16_t width) {
 bool TShtTable::growCells(TShtRow& row, int c) {
     if (!row.reserve(store, c + 1, std::min(columns_.count(), kCellsAhead))) return false;
     row.extend(c + 1);
+    widest_ = std::max(widest_, row.count());
     return true;
 }
 

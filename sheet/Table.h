@@ -32,8 +32,8 @@ public:
     TShtRow* row(int r) { return rows_.holds(r) ? &rows_[r] : nullptr; }
     TShtCell* column(int c) { return columns_.cell(c); }
     TShtCell* cell(int r, int c) { return rows_.holds(r) ? rows_[r].cell(c) : nullptr; }
-    /// As far as the row's first block goes.
-    TShtCell* near(std::int16_t r, std::int16_t c) { return rows_.holds(r) ? rows_[r].near(c) : nullptr; }
+    /// As far as the row's first block goes. Numbers below 0 are beyond all rows and cells here.
+    TShtCell* near(std::uint16_t r, std::uint16_t c) { return rows_.holds(r) ? rows_[r].near(c) : nullptr; }
     /// What a cell has besides, which may be missing.
     const CellExtras& extras(int r, int c) const {
         return rows_.holds(r) && rows_[r].cell(c) != nullptr ? rows_[r].extras(c) : kNoExtras;
@@ -62,10 +62,12 @@ public:
     /// In a row that exists, under a column that exists.
     TShtCell* makeCell(TShtRow& in, int c) {
         if (TShtCell* const held = in.cell(c)) return held;
-        TShtCell* const made = in.append(c);
-        if (made == nullptr && !growCells(in, c)) return nullptr;
-        widest_ = std::max(widest_, in.count());
-        return made != nullptr ? made : &in[c];
+        if (TShtCell* const made = append(in, c)) return made;
+        return growCells(in, c) ? &in[c] : nullptr;
+    }
+    /// The same where it takes nothing but counting one cell more: when the row has the cells in front of it, and room.
+    TShtCell* appendCell(int r, int c) {
+        return rows_.holds(r) && c < columns_.count() ? append(rows_[r], c) : nullptr;
     }
     TShtCell* makeHeading(TShtRow& of) { return of.heading() != nullptr || growCells(of, -1) ? of.heading() : nullptr; }
 
@@ -117,6 +119,11 @@ public:
     CellStore store;
 
 private:
+    TShtCell* append(TShtRow& row, int c) {
+        TShtCell* const made = row.append(c);
+        if (made != nullptr) widest_ = std::max(widest_, row.count());
+        return made;
+    }
     bool insertRow(int r, std::int16_t height);
     bool insertColumn(int c, std::int16_t width);
     int removeRows(int first, int howMany);

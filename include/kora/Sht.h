@@ -314,6 +314,9 @@ public:
 private:
     // The cell to write, made if need be; null is told to the scroll bars already.
     kora::TShtCell* cellToWrite(short r, short c, const kora::SheetExtent& before);
+    // What ShtCellSet() does where there is more to it than to store a short text.
+    bool setAnyCell(short r, short c, bool copy, char* text, long length, void* data, eShtCellUpdate update,
+                    eShtCellShow showRow, eShtCellShow showCol);
     template <class Change>
     bool changeCell(short r, short c, kora::SheetRedraw redrawBehind, Change change);
     bool setHeading(kora::SheetLine line, int n, char* text, long length, void* data);
