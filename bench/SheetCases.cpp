@@ -119,8 +119,9 @@ enum class Order { random, sorted, reverse };
 std::string sortText(long row, long column, long rows, Order order) {
     char buffer[32];
     Random random(static_cast<unsigned>(row * 4 + column));
+    // The sheet compares numbers of 16 bits: larger ones would not be in order.
     const long key = order == Order::random ? static_cast<long>(random.below(1000000))
-                                            : 100000 + (order == Order::sorted ? row : rows - row);
+                                            : 10000 + (order == Order::sorted ? row : rows - row);
     std::snprintf(buffer, sizeof buffer, "%s_%06ld", column == 0 ? "net" : "pin", key);
     return buffer;
 }
