@@ -230,7 +230,7 @@ void ParSource::ParBlanksSkip() {
     savedPos = position();
     lookaheadClear();
     const auto isBlank = [this](unsigned char c) {
-        return c == ' ' || (c < ' ' && c != static_cast<unsigned char>(stmtEndChar) && !keepControl);
+        return (c == ' ' || (c < ' ' && !keepControl)) && c != static_cast<unsigned char>(stmtEndChar);
     };
     Cursor cursor = plainAhead();
     while (current == ' ') cursor = read(pass(cursor, std::find_if_not(cursor.at, cursor.end, isBlank)));
@@ -251,7 +251,8 @@ inline bool ParSource::takeWord(char* buffer, const ParCharSet& set, short max) 
     if (current != ' ' || isMember(set, ' ') || max <= 0) return false;
     const Cursor cursor = plainAhead();
     const unsigned char* const end = endOfPlain(cursor.at, cursor.upTo(max), set);
-    if (end == cursor.at || end == cursor.end || (*end != ' ' && *end != static_cast<unsigned char>(stmtEndChar)))
+    if (end == cursor.at || end == cursor.end || (*end != ' ' && *end != static_cast<unsigned char>(stmtEndChar)) ||
+        *end == '{')
         return false;
     buffer[copy(buffer, cursor.at, end)] = '\0';
     sawText = true;

@@ -40,6 +40,7 @@ public:
     using ParSource::savedPos;
     using ParSource::sawComment;
     using ParSource::sawText;
+    using ParSource::stmtEndChar;
 };
 
 /// Writes down which operations were reached through the virtual table.
@@ -131,6 +132,8 @@ public:
         fillArray();
         EXPECT_EQ(reader_->ParOpen(nullptr, false, array_.get(), mode, true, model_.keepControl), 0);
         model_.open();
+        // A derived reader may end statements with whatever it likes.
+        if (below(4) == 0) reader_->stmtEndChar = model_.statementEnd = "{} a\x01"[below(5)];
     }
     ~RandomReading() { reader_->ParClose(); }
 
