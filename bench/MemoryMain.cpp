@@ -2,7 +2,8 @@
 #include <kora/DoubleList.h>
 #include <kora/Ini.h>
 #include <kora/Sht.h>
-#include <malloc.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -14,19 +15,32 @@
 #include <string>
 #include <vector>
 
-/// What things take of the heap, beside what users would keep them in: lines of a name, who, and bytes for each.
+/// What things take of the machine's memory, beside what users would keep them in: lines of a name, who, and bytes for
+/// each.
 namespace {
 
-/// Bytes in use after @p make, for each of so many things.
+/// Bytes of the pages that this process has written to, those of files left out.
+double resident() {
+    long all = 0, here = 0, ofFiles = 0;
+    std::ifstream("/proc/self/statm") >> all >> here >> ofFiles;
+    return static_cast<double>(here - ofFiles) * static_cast<double>(sysconf(_SC_PAGESIZE));
+}
+
+/// Bytes more after @p make, for each of so many things; in a process of its own, whose heap holds nothing that was
+/// given back.
 template <class Make>
 void weigh(const char* name, const char* who, long count, const Make& make) {
-    const auto used = [] {
-        const struct mallinfo2 heap = mallinfo2();
-        return static_cast<double>(heap.uordblks + heap.hblkhd);
-    };
-    const double before = used();
-    [[maybe_unused]] const auto kept = make();
-    std::printf("%s %s %.1f\n", name, who, (used() - before) / static_cast<double>(count));
+    std::fflush(stdout);
+    const pid_t child = fork();
+    if (child == 0) {
+        const double before = resident();
+        [[maybe_unused]] const auto kept = make();
+        std::printf("%s %s %.1f\n", name, who, (resident() - before) / static_cast<double>(count));
+        std::fflush(stdout);
+        _exit(0);
+    }
+    int status = 0;
+    if (child < 0 || waitpid(child, &status, 0) < 0 || status != 0) std::exit(1);
 }
 
 constexpr int kRows = 32767, kColumns = 16, kElements = 100000, kKeys = 10000;

@@ -185,8 +185,10 @@ const void* calledCode(const void* code);
 
 /// Bytes of memory that are free, as the system reports them.
 std::uint64_t freeMemory();
-/// Asks for pages as large as the system has for memory that will be filled; it may have none.
-void preferLargePages(void* memory, std::size_t size);
+/// Memory straight from the system, for what will be filled: on pages as large as it has. @p size is a power of two,
+/// 64 KB at least. Null when there is none.
+void* mapMemory(std::size_t size);
+void unmapMemory(void* memory, std::size_t size);
 std::uint32_t processId();
 /// Lets other programs run for a moment; for bounded retries on a file that is held.
 void pause(std::uint32_t milliseconds);

@@ -15,9 +15,16 @@ namespace {
 
 constexpr std::size_t roundedUp(std::size_t size, std::size_t step) { return (size + step - 1) / step * step; }
 
-// Large pages begin at multiples of their size.
-constexpr std::align_val_t slabAlignment(std::size_t size) {
-    return std::align_val_t{size == CellStore::kLargestSlab ? size : alignof(std::max_align_t)};
+// Large slabs are mapped, which spares their pages from being cut up by what else is in the heap.
+void* makeSlab(std::size_t size) {
+    return size == CellStore::kLargestSlab ? platform::mapMemory(size) : ::operator new(size, std::nothrow);
+}
+
+void deleteSlab(void* slab, std::size_t size) {
+    if (size == CellStore::kLargestSlab)
+        platform::unmapMemory(slab, size);
+    else
+        ::operator delete(slab);
 }
 
 bool liesIn(std::string_view text, const char* place) {
@@ -113,11 +120,8 @@ char* CellStore::allocateSmall(std::size_t size) {
 }
 
 bool CellStore::addSlab() {
-    const std::align_val_t alignment = slabAlignment(nextSlab_);
-    void* const memory = ::operator new(nextSlab_, alignment, std::nothrow);
+    void* const memory = makeSlab(nextSlab_);
     if (memory == nullptr) return false;
-    // Filling a large sheet would come to a third to waiting for its pages.
-    if (nextSlab_ == kLargestSlab) platform::preferLargePages(memory, nextSlab_);
     newest_ = new (memory) Slab{newest_, nextSlab_};
     constexpr std::size_t kHeader = roundedUp(sizeof(Slab), kStep);
     place_ = static_cast<char*>(memory) + kHeader;
@@ -149,7 +153,7 @@ void CellStore::giveBack(void* piece, std::size_t size) {
 void CellStore::clear() {
     while (Slab* slab = newest_) {
         newest_ = slab->before;
-        ::operator delete(slab, slabAlignment(slab->size));
+        deleteSlab(slab, slab->size);
     }
     while (Large* piece = large_) {
         large_ = piece->next;

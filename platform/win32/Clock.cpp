@@ -11,8 +11,12 @@ std::uint64_t freeMemory() {
     return GlobalMemoryStatusEx(&memory) ? memory.ullAvailPhys : 0;
 }
 
-// Large pages take a privilege that programs do not have.
-void preferLargePages(void*, std::size_t) {}
+void* mapMemory(std::size_t size) {
+    // Large pages take a privilege that programs do not have.
+    return VirtualAlloc(nullptr, size, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
+}
+
+void unmapMemory(void* memory, std::size_t) { VirtualFree(memory, 0, MEM_RELEASE); }
 
 std::uint32_t processId() { return GetCurrentProcessId(); }
 
