@@ -2,12 +2,11 @@
 #include <kora/Str.h>
 
 #include <algorithm>
-#include <bit>
-#include <cstring>
 
 #include "core/VirtualSlots.h"
 #include "parse/RamView.h"
 #include "strings/Bytes.h"
+#include "strings/FirstByte.h"
 
 namespace {
 
@@ -18,25 +17,10 @@ bool isMember(const ParCharSet& set, unsigned char c) {
     return c < 128 && (set.bits[c / 16] >> c % 16 & 1) != 0;
 }
 
-/// Where the first byte stands that @p stops, or @p end. @p stopsIn answers the same of eight bytes: the high bit of
-/// each that does, and perhaps of some above the lowest of them.
-template <typename Stops, typename StopsIn>
-inline const unsigned char* findFirst(const unsigned char* at, const unsigned char* end, Stops stops, StopsIn stopsIn) {
-    if constexpr (std::endian::native == std::endian::little) {
-        for (; end - at >= 8; at += 8) {
-            std::uint64_t bytes;
-            std::memcpy(&bytes, at, sizeof bytes);
-            if (const std::uint64_t found = stopsIn(bytes); found != 0) return at + std::countr_zero(found) / 8;
-        }
-    }
-    while (at != end && !stops(*at)) ++at;
-    return at;
-}
-
 /// Where the first character below @p lowest, opening brace or statement end stands, or @p end.
 inline const unsigned char* endOfText(const unsigned char* at, const unsigned char* end, unsigned char lowest,
                                       char stmtEndChar) {
-    return findFirst(
+    return kora::firstByte(
         at, end,
         [=](unsigned char c) { return c < lowest || c == '{' || c == static_cast<unsigned char>(stmtEndChar); },
         [=](std::uint64_t bytes) {
@@ -47,7 +31,7 @@ inline const unsigned char* endOfText(const unsigned char* at, const unsigned ch
 
 /// Where the first brace of either kind stands, or @p end.
 const unsigned char* findBrace(const unsigned char* at, const unsigned char* end) {
-    return findFirst(
+    return kora::firstByte(
         at, end, [](unsigned char c) { return c == '{' || c == '}'; },
         [](std::uint64_t bytes) { return kora::bytesEqual(bytes, '{') | kora::bytesEqual(bytes, '}'); });
 }

@@ -1,10 +1,9 @@
 #include "settings/ProfileText.h"
 
-#include <bit>
 #include <cstdint>
-#include <cstring>
 
 #include "strings/Bytes.h"
+#include "strings/FirstByte.h"
 #include "strings/WhiteSpace.h"
 
 namespace kora {
@@ -13,21 +12,13 @@ namespace {
 
 constexpr bool isControl(char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; }
 
-/// Where the first `=` or control character is, eight bytes at a time; the size when there is none.
+/// Where the first `=` or control character is; the size when there is none.
 std::size_t keyEnd(std::string_view line) {
-    std::size_t at = 0;
-    if constexpr (std::endian::native == std::endian::little) {
-        constexpr std::uint64_t kEach = 0x0101010101010101;
-        for (std::uint64_t word; at + sizeof word <= line.size(); at += sizeof word) {
-            std::memcpy(&word, line.data() + at, sizeof word);
-            // A byte below 32 borrows into its top bit. What that adds above the first hit does not matter.
-            const std::uint64_t controls = (word - kEach * ' ') & ~word & kEach * 0x80;
-            const std::uint64_t hits = controls | zeroBytes(word ^ kEach * '=') | zeroBytes(word ^ kEach * 0x7F);
-            if (hits != 0) return at + static_cast<std::size_t>(std::countr_zero(hits)) / 8;
-        }
-    }
-    while (at < line.size() && line[at] != '=' && !isControl(line[at])) ++at;
-    return at;
+    const auto ends = [](char c) { return c == '=' || isControl(c); };
+    const auto endsIn = [](std::uint64_t bytes) {
+        return bytesBelow(bytes, ' ') | bytesEqual(bytes, '=') | bytesEqual(bytes, '\x7f');
+    };
+    return static_cast<std::size_t>(firstByte(line.data(), line.data() + line.size(), ends, endsIn) - line.data());
 }
 
 /// @p line without the white space before its `[`.

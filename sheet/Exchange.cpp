@@ -1,7 +1,6 @@
 #include <kora/Sht.h>
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -10,6 +9,7 @@
 #include "core/VirtualSlots.h"
 #include "sheet/State.h"
 #include "strings/Bytes.h"
+#include "strings/FirstByte.h"
 
 namespace kora {
 
@@ -22,18 +22,10 @@ constexpr bool endsCell(char c) { return c == '\t' || endsRow(c); }
 
 // How long the cell text is that stands in front.
 std::size_t endOfCell(std::string_view text) {
-    std::size_t at = 0;
-    for (; text.size() - at >= sizeof(std::uint64_t); at += sizeof(std::uint64_t)) {
-        std::uint64_t bytes;
-        std::memcpy(&bytes, text.data() + at, sizeof bytes);
-        const std::uint64_t ends = bytesEqual(bytes, '\t') | bytesEqual(bytes, '\r') | bytesEqual(bytes, '\n');
-        if (ends == 0) continue;
-        if constexpr (std::endian::native == std::endian::little)
-            return at + static_cast<std::size_t>(std::countr_zero(ends)) / 8;
-        break;
-    }
-    while (at < text.size() && !endsCell(text[at])) ++at;
-    return at;
+    const auto endsIn = [](std::uint64_t bytes) {
+        return bytesEqual(bytes, '\t') | bytesEqual(bytes, '\r') | bytesEqual(bytes, '\n');
+    };
+    return static_cast<std::size_t>(firstByte(text.data(), text.data() + text.size(), endsCell, endsIn) - text.data());
 }
 
 // Where text goes while it is only measured. False when there is no more room.
