@@ -181,7 +181,7 @@ ModuleHandle ownModule();
 /// Where a call of @p code ends up: on Windows a module has stubs of its own for what it takes from a library.
 const void* calledCode(const void* code);
 
-// ---- memory, time; for the clock see Ticks.h -------------------------------------------------------------------
+// ---- memory and the process; for the clock see Ticks.h ---------------------------------------------------------
 
 /// Bytes of memory that are free, as the system reports them.
 std::uint64_t freeMemory();
